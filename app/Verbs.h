@@ -1,0 +1,22 @@
+// The verbs of `scr`, one file each. Every function adds its verb to the command line; the verb's work runs
+// when the command line was read, and its outcome goes to `exitCode`.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace app {
+
+/// What `scr` returns to the shell.
+enum class ExitCode : int {
+  kSuccess = 0,
+  kFailure = 1,        ///< bad input, wrong use, or something could not be done
+  kSeriousIssues = 2,  ///< `scr check` found issues of level WARN, ERROR or FATAL
+};
+
+void AddReportVerb(CLI::App& application, ExitCode& exitCode);
+void AddComponentsVerb(CLI::App& application, ExitCode& exitCode);
+void AddCheckVerb(CLI::App& application, ExitCode& exitCode);
+void AddStateVerb(CLI::App& application, ExitCode& exitCode);
+void AddSettingsVerb(CLI::App& application, ExitCode& exitCode);
+
+}  // namespace app

@@ -1,0 +1,116 @@
+// `scr settings`: the debug settings.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <system_error>
+
+#include "app/Output.h"
+#include "app/Verbs.h"
+#include "host/qelcore/HostSetup.h"
+#include "platform/qelcore/DebugDatabase.h"
+#include "qelsystemcompatibilityreport/DebugSettings.h"
+
+namespace app {
+
+namespace host = qelcore::host;
+using qelsystemcompatibilityreport::DebugSetting;
+
+namespace {
+
+/// A switch of the reference host, beside the library's own settings.
+constexpr DebugSetting kPropertiesFeature{"qelsystemcompatibilityreport.properties", "true",
+                                          "\"false\" leaves system properties and the rules about them out"};
+
+std::vector<DebugSetting> KnownSettings() {
+  std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kDebugSettings.begin(),
+                                     qelsystemcompatibilityreport::kDebugSettings.end());
+  settings.push_back(kPropertiesFeature);
+  return settings;
+}
+
+std::optional<DebugSetting> FindSetting(std::string_view key) {
+  const auto settings = KnownSettings();
+  const auto found = std::find_if(settings.begin(), settings.end(),
+                                  [&](const DebugSetting& setting) { return setting.mKey == key; });
+  if (found == settings.end()) return std::nullopt;
+  return *found;
+}
+
+std::string Quoted(std::string_view text) {
+  return "\"" + Printable(text) + "\"";
+}
+
+std::string Describe(const DebugSetting& setting) {
+  const std::string value = qelcore::DebugDatabase::Instance().GetEntry(setting.mKey, setting.mDefaultValue);
+  return fmt::format("{} = {}{}\n    {} (default {})\n", setting.mKey, Quoted(value),
+                     value == setting.mDefaultValue ? "" : "  [changed]", setting.mMeaning,
+                     Quoted(setting.mDefaultValue));
+}
+
+void ListSettings() {
+  std::string text;
+  for (const DebugSetting& setting : KnownSettings()) text += Describe(setting);
+  for (const auto& [key, value] : host::GetDebugEntries()) {
+    if (FindSetting(key)) continue;
+    text +=
+        fmt::format("{} = {}  [changed]\n    not a setting of this program\n", Printable(key), Quoted(value));
+  }
+  Print(text);
+}
+
+DebugSetting RequireSetting(const std::string& key) {
+  const auto setting = FindSetting(key);
+  if (!setting) throw UserError(key + ": there is no such setting; \"scr settings\" lists them all");
+  return *setting;
+}
+
+void ShowOrSave(const std::string& argument) {
+  const std::size_t equals = argument.find('=');
+  const DebugSetting setting = RequireSetting(argument.substr(0, equals));
+  if (equals != std::string::npos) host::SaveDebugEntry(setting.mKey, argument.substr(equals + 1));
+  Print(Describe(setting));
+}
+
+void Reset(const std::string& key) {
+  // A key that no program knows may still stand in the file, and must be possible to get rid of.
+  if (!host::RemoveDebugEntry(key)) static_cast<void>(RequireSetting(key));
+  if (const auto setting = FindSetting(key)) Print(Describe(*setting));
+}
+
+struct Arguments {
+  std::string mSetting;
+  std::string mReset;
+};
+
+}  // namespace
+
+void AddSettingsVerb(CLI::App& application, ExitCode&) {
+  CLI::App* const verb = application.add_subcommand(
+      "settings",
+      "Debug settings, for developers and support staff. They are saved in the preferences directory.\n\n"
+      "  scr settings                   lists them\n"
+      "  scr settings KEY               shows one\n"
+      "  scr settings KEY=VALUE         changes one\n"
+      "  scr settings --reset KEY       brings its default back\n"
+      "  scr --set KEY=VALUE report     changes one for a single run\n");
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::Option* const setting =
+      verb->add_option("SETTING", arguments->mSetting, "Setting to show or to change")
+          ->type_name("KEY[=VALUE]");
+  verb->add_option("--reset", arguments->mReset, "Setting to bring back to its default")
+      ->type_name("KEY")
+      ->excludes(setting);
+  verb->callback([arguments] {
+    if (!arguments->mReset.empty()) {
+      Reset(arguments->mReset);
+    } else if (!arguments->mSetting.empty()) {
+      ShowOrSave(arguments->mSetting);
+    } else {
+      ListSettings();
+    }
+  });
+}
+
+}  // namespace app

@@ -1,0 +1,63 @@
+// An open file. One implementation for each system.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qelcore::host {
+
+/// An open file, closed at the latest when the object goes. Operations that fail throw `std::system_error`,
+/// whose message is the path and the reason. Paths are UTF-8.
+class FileHandle {
+ public:
+  /// Opens an existing file for reading. A directory is an error.
+  [[nodiscard]] static FileHandle OpenForReading(const std::string& path);
+
+  /// Opens a file for writing: makes it when missing and empties it.
+  [[nodiscard]] static FileHandle OpenForWriting(const std::string& path);
+
+  /// Opens a file for writing without emptying it: makes it when missing. With `mustBeNew` an existing file
+  /// is an error. Does not wait for a reader of a pipe.
+  [[nodiscard]] static FileHandle OpenOrCreate(const std::string& path, bool mustBeNew);
+
+  /// Makes a new file for writing that only its owner can use. An existing file is an error.
+  [[nodiscard]] static FileHandle CreateForOwner(const std::string& path);
+
+  FileHandle(FileHandle&& other) noexcept;
+  FileHandle& operator=(FileHandle&& other) noexcept;
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+
+  /// Closes the file; an error goes unnoticed.
+  ~FileHandle();
+
+  /// The length in bytes; 0 for what has none.
+  [[nodiscard]] std::uint64_t Length() const;
+
+  /// Reads up to `size` bytes; returns how many, 0 at the end.
+  [[nodiscard]] std::size_t Read(char* buffer, std::size_t size);
+
+  /// Writes all bytes.
+  void Write(std::string_view bytes);
+
+  /// Waits until what was written is on the disk.
+  void Flush();
+
+  /// Gives the file the access rights of the regular file at `path`, if there is one.
+  void TakeAccessRightsOf(const std::string& path);
+
+  /// Closes the file. Throws when the system reports a write error only now.
+  void Close();
+
+ private:
+  FileHandle(std::string path, std::intptr_t handle) noexcept;
+
+  static constexpr std::intptr_t kNoHandle = -1;
+
+  std::string mPath;
+  std::intptr_t mHandle = kNoHandle;
+};
+
+}  // namespace qelcore::host

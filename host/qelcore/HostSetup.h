@@ -1,0 +1,167 @@
+// The reference host's own interface: what an application sets up before it calls the libraries.
+//
+// The libraries never include this header; `app/` and the tests do. Everything here is process-wide. Set up
+// on the main thread, before the first call into a library, unless a function says otherwise.
+//
+//   qelcore::host::SetDirectories({.mPreferences = "/home/a/.config/scr", .mApplication = "/usr/share/scr"});
+//   qelcore::host::SetApplicationVersion(1, 0);
+//   qelcore::host::BeginProcess();
+//   ... calls into the libraries ...
+//   qelcore::host::EndProcess();
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/qelcore/AppState.h"
+#include "platform/qelcore/Components.h"
+#include "platform/qelcore/Export.h"
+
+namespace qelcore::host {
+
+// ---- Application
+// -------------------------------------------------------------------------------------------
+
+/// Directories as UTF-8 paths. An empty one stands for the platform's usual place: on Linux
+/// `$XDG_CONFIG_HOME/scr`, the data directory beside or below the program (`../share/scr`, or the source
+/// tree's `data`), `xdg-user-dir`'s documents directory, and `$XDG_STATE_HOME/scr` for logs.
+struct Directories {
+  std::string mPreferences;
+  std::string mApplication;
+  std::string mDocuments;
+  std::string mState;
+};
+
+QELCORE_EXPORT void SetDirectories(const Directories& directories);
+
+/// The directories in force, with the usual places filled in. Nothing is created.
+[[nodiscard]] QELCORE_EXPORT Directories GetDirectories();
+
+/// The application's name; "System Compatibility Report" until set.
+QELCORE_EXPORT void SetApplicationName(std::u16string name);
+
+/// The application's language, such as "de_DE"; the environment's language until set, "en_US" when it has
+/// none. Loads the catalogue `translations/<language>.json` of the application directory, or of the first
+/// installed language with the same letters before the "_"; a missing catalogue leaves the English texts.
+QELCORE_EXPORT void SetApplicationLanguage(std::string language);
+
+/// The version delivered in the configuration parameters by `BeginProcess`. Without it none is delivered.
+QELCORE_EXPORT void SetApplicationVersion(std::int32_t major, std::int32_t minor);
+
+QELCORE_EXPORT void SetAppState(appstatemanager::AppState state);
+
+/// Starts the process: delivers the configuration parameters, then runs the initializers. Returns false when
+/// an initializer failed; each failure is traced.
+QELCORE_EXPORT bool BeginProcess();
+
+/// Runs the termination actions, the last registered first. Called once, before the program ends.
+QELCORE_EXPORT void EndProcess();
+
+// ---- Machine
+// -----------------------------------------------------------------------------------------------
+
+using ComponentSource = std::function<std::shared_ptr<const utility::OSComponentRegistry>(bool explicitRun)>;
+
+/// Makes `OSComponentRegistry::Get` hand out what `source` returns instead of the running machine; an empty
+/// function brings the machine back.
+QELCORE_EXPORT void SetComponentSource(ComponentSource source);
+
+/// While it lives, the files of a recorded machine stand for the file system wherever the libraries ask
+/// whether a file or directory exists, what version a file has, or how a path's placeholders expand: a path
+/// exists when it is a key of the map, compared as written, and has the version that is its value; no
+/// directory exists; no placeholder is expanded. Reading and writing files is not affected. At most one at a
+/// time; main thread only.
+class QELCORE_EXPORT RecordedFilesScope {
+ public:
+  explicit RecordedFilesScope(std::map<std::string, std::string, std::less<>> versionsByPath);
+  ~RecordedFilesScope();
+  RecordedFilesScope(const RecordedFilesScope&) = delete;
+  RecordedFilesScope& operator=(const RecordedFilesScope&) = delete;
+};
+
+/// The operations on files that `SetFileOperationHook` sees.
+enum class FileOperation {
+  kCreate,
+  kOpenForReading,
+  kRead,
+  kOpenForWriting,
+  kWrite,
+  kFlush,
+  kReplace,
+  kDelete,
+  kCreateDirectory
+};
+
+/// Called before each operation on a file or directory, with the operation and the UTF-8 path. What it
+/// throws, the operation throws: so a disk can be made to fail on demand. An empty function takes the hook
+/// away.
+QELCORE_EXPORT void SetFileOperationHook(std::function<void(FileOperation, const std::string& path)> hook);
+
+// ---- Diagnostics
+// -------------------------------------------------------------------------------------------
+
+/// Records messages of all channels up to `level` (0 none, the default), and moves the change counter.
+/// Messages go to `trace.log` in the state directory, at most 1 MiB and one older file, and to standard error
+/// when `toStandardError` is set. Any thread may call.
+QELCORE_EXPORT void SetTraceLevel(int level, bool toStandardError = false);
+
+/// Sees every recorded message; with a sink nothing is written to the file or to standard error. An empty
+/// function takes it away.
+QELCORE_EXPORT void SetTraceSink(
+    std::function<void(std::string_view channel, int level, std::string_view)> sink);
+
+/// Sees every recorded message, in addition to the file, to standard error and to a sink. An empty function
+/// takes it away.
+QELCORE_EXPORT void SetTraceObserver(
+    std::function<void(std::string_view channel, int level, std::string_view text)> observer);
+
+/// Sees every logged exception, in addition to the trace log, where they go at level 1 on the channel
+/// "Exceptions". An empty function takes it away.
+QELCORE_EXPORT void SetExceptionSink(
+    std::function<void(const std::exception_ptr& exception, std::string_view context)> sink);
+
+/// What an exception says: its `what`, or a text that says that it is of an unknown kind.
+[[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
+
+// ---- Debug settings
+// ----------------------------------------------------------------------------------------
+
+/// Sets an entry for this process only.
+QELCORE_EXPORT void SetDebugEntryForThisRun(std::string_view key, std::string_view value);
+
+/// Sets an entry and saves it in `DebugDatabase.json` of the preferences directory. Throws when it cannot be
+/// saved.
+QELCORE_EXPORT void SaveDebugEntry(std::string_view key, std::string_view value);
+
+/// Takes an entry back to its default and out of the file. Returns false when it was not set. Throws when the
+/// file cannot be saved.
+QELCORE_EXPORT bool RemoveDebugEntry(std::string_view key);
+
+/// All entries that were set or asked for, with their current value, in sorted order of keys.
+[[nodiscard]] QELCORE_EXPORT std::map<std::string, std::string> GetDebugEntries();
+
+// ---- Main thread
+// -------------------------------------------------------------------------------------------
+
+/// Runs the tasks of the main thread's queue that are due, on the calling thread. Returns how many ran.
+QELCORE_EXPORT std::size_t RunDueMainThreadTasks();
+
+/// Waits for tasks and runs them until `finished` returns true; it is asked after each task and whenever
+/// `WakeMainThread` is called.
+QELCORE_EXPORT void RunMainThreadUntil(const std::function<bool()>& finished);
+
+/// Makes `RunMainThreadUntil` ask again. Any thread may call.
+QELCORE_EXPORT void WakeMainThread();
+
+/// Replaces the queue's clock for tests: milliseconds since some start. An empty function brings the real one
+/// back.
+QELCORE_EXPORT void SetMainThreadClock(std::function<std::uint64_t()> clock);
+
+}  // namespace qelcore::host

@@ -1,0 +1,73 @@
+#include "host/qelcore/linux/components/SavedProperties.h"
+
+#include <any>
+#include <stdexcept>
+#include <string_view>
+
+#include "platform/qelcore/Json.h"
+
+namespace qelcore::host::components {
+namespace {
+
+constexpr std::u16string_view kFileName = u"SystemProperties.json";
+constexpr std::string_view kSavedAt = "saved_at";
+constexpr std::string_view kKernelRelease = "kernel_release";
+constexpr std::string_view kDistribution = "os.distribution";
+constexpr std::uint64_t kLongestFile = std::uint64_t{1} << 20;
+constexpr std::int64_t kLongestAge = std::int64_t{24} * 60 * 60;
+
+json::Dictionary ReadFile(const filesupport::File& file) {
+  filesupport::IPlatformByteStream stream(file);
+  if (stream.GetLength() > kLongestFile) throw std::runtime_error("The saved properties are too long.");
+  json::ParseError error;
+  const std::any value = json::Parse(stream.ReadAll(), &error);
+  if (!value.has_value()) throw std::runtime_error("The saved properties are not JSON: " + error.mMessage);
+  return json::AsDictionary(value);
+}
+
+bool IsOfSystem(const json::Dictionary& object, const OperatingSystem& system) {
+  const std::string* const release = json::FindText(object, kKernelRelease);
+  const std::string* const distribution = json::FindText(object, kDistribution);
+  return release != nullptr && *release == system.mKernelRelease &&
+         (distribution == nullptr ? std::string() : *distribution) == system.mDistributionTitle;
+}
+
+bool IsFresh(const json::Dictionary& object, std::int64_t now) {
+  const auto savedAt = json::FindInteger(object, kSavedAt);
+  if (!savedAt || now < 0) return false;
+  const auto present = static_cast<std::uint64_t>(now);
+  return *savedAt <= present && present - *savedAt < static_cast<std::uint64_t>(kLongestAge);
+}
+
+}  // namespace
+
+std::optional<Properties> LoadProperties(const filesupport::Dir& directory, const OperatingSystem& system,
+                                         std::int64_t now) {
+  const filesupport::File file(directory, kFileName);
+  if (!file.Exists()) return std::nullopt;
+  const json::Dictionary object = ReadFile(file);
+  if (!IsOfSystem(object, system) || !IsFresh(object, now)) return std::nullopt;
+  Properties properties;
+  for (const auto& [name, value] : object) {
+    if (name == kSavedAt || name == kKernelRelease) continue;
+    AddProperty(properties, name, *json::FindText(object, name));
+  }
+  return properties;
+}
+
+void SaveProperties(const filesupport::Dir& directory, const Properties& properties,
+                    const OperatingSystem& system, std::int64_t now) {
+  json::Dictionary object;
+  for (const auto& [name, value] : properties) json::Set(object, name, value);
+  json::Set(object, kSavedAt, now);
+  json::Set(object, kKernelRelease, system.mKernelRelease);
+  filesupport::SafeSave save{filesupport::File(directory, kFileName)};
+  save.Write(json::Serialise(std::any(std::move(object))));
+  save.Commit();
+}
+
+void DeleteProperties(const filesupport::Dir& directory) {
+  filesupport::File(directory, kFileName).Delete();
+}
+
+}  // namespace qelcore::host::components

@@ -1,0 +1,36 @@
+// The library's debug settings: entries of the host's debug database, for developers and support staff.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace qelsystemcompatibilityreport {
+
+/// A debug setting: its key, the value that holds when it was never set, and what it does. A setting that is
+/// on or off is on only when its value is exactly "true".
+struct DebugSetting {
+  std::string_view mKey;
+  std::string_view mDefaultValue;
+  std::string_view mMeaning;
+};
+
+/// Every component of a rule's kind is a hit, whatever the rule's name, versions and dependencies.
+inline constexpr DebugSetting kForceBlocklistMatch{
+    "qelsystemcompatibilityreport.force_blocklist_match", "",
+    "\"true\" reports every component of a rule's kind as an issue of the rule"};
+
+/// Rules ignore versions; names still have to match.
+inline constexpr DebugSetting kForceBlocklistMatchByName{
+    "qelsystemcompatibilityreport.force_blocklist_match_by_name", "",
+    "\"true\" makes rules ignore versions; names still have to match"};
+
+/// Runs read the installed blocklist even where a downloaded one is present.
+inline constexpr DebugSetting kUseInstalledBlocklist{
+    "qelsystemcompatibilityreport.use_installed_blocklist", "false",
+    "\"true\" ignores downloaded blocklists and reads the installed one"};
+
+/// All settings, in the order in which they are shown.
+inline constexpr std::array kDebugSettings{kForceBlocklistMatch, kForceBlocklistMatchByName,
+                                           kUseInstalledBlocklist};
+
+}  // namespace qelsystemcompatibilityreport

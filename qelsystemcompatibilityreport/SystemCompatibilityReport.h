@@ -1,0 +1,66 @@
+// The report service: the functions that a host calls. Start reading here.
+//
+//   #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+//
+//   qelsystemcompatibilityreport::RunReportToFile(u"Example", u"/tmp/report.txt");
+//   if (qelsystemcompatibilityreport::CountFatalIncompatibilities() > 0) { ... }
+//
+// A run reads the blocklist of the application's language (the downloaded one, else the installed one),
+// matches it against the machine, compares the issues with those remembered from the last run, and remembers
+// the new ones.
+//
+// All functions run on the calling thread, which must be the application's main thread, one at a time. None
+// throws: what goes wrong is traced on the channel "SystemCompatibilityReport" or logged as an exception.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "qelsystemcompatibilityreport/Export.h"
+
+namespace qelsystemcompatibilityreport {
+
+// ---- The master switch
+// -------------------------------------------------------------------------------------------
+
+/// Turns the whole service on or off for this process. On at load. While it is off every function below but
+/// `DeleteReportSavedState` returns at once without effect, and every count is 0.
+QELSCR_EXPORT void EnableReports(bool enable);
+
+/// Whether the service is on.
+[[nodiscard]] QELSCR_EXPORT bool ReportsEnabled();
+
+// ---- Runs
+// --------------------------------------------------------------------------------------------------------
+
+/// Writes the text report of this machine to `outputPath`, in place of what is there, and remembers the
+/// issues. `applicationName` and `outputPath` are UTF-16. Without a blocklist the report lists the components
+/// alone, and nothing is remembered. When the file cannot be written nothing is remembered either. An empty
+/// path means that no file is written.
+QELSCR_EXPORT void RunReportToFile(const std::u16string& applicationName, const std::u16string& outputPath);
+
+// ---- What the last run of this process found
+// ---------------------------------------------------------------------
+
+/// The number of remembered issues of each level after the last run in this process; 0 before the first. Two
+/// components hit by one rule count as one.
+[[nodiscard]] QELSCR_EXPORT std::uint64_t CountInfoIncompatibilities();
+[[nodiscard]] QELSCR_EXPORT std::uint64_t CountWarnIncompatibilities();
+[[nodiscard]] QELSCR_EXPORT std::uint64_t CountErrorIncompatibilities();
+[[nodiscard]] QELSCR_EXPORT std::uint64_t CountFatalIncompatibilities();
+
+// ---- What is remembered
+// ------------------------------------------------------------------------------------------
+
+/// Whether a launch run may open the report dialog: true when nothing is remembered, false while the service
+/// is off.
+[[nodiscard]] QELSCR_EXPORT bool GetAllowDisplayReportAtStartup();
+
+/// Says whether a launch run may open the report dialog, and remembers it.
+QELSCR_EXPORT void SetAllowDisplayReportAtStartup(bool allow);
+
+/// Forgets everything that was remembered, the saved system properties included. Works while the service is
+/// off.
+QELSCR_EXPORT void DeleteReportSavedState();
+
+}  // namespace qelsystemcompatibilityreport

@@ -1,0 +1,47 @@
+// Regular expressions from a blocklist: the one place that runs them.
+//
+// A blocklist is downloaded, so its expressions are not trusted. A backtracking engine can be made to run for
+// hours or to overflow the stack by a few dozen characters, and a crash cannot be caught. So an expression is
+// measured before the engine sees it, and the engine runs in the mode that does not backtrack. An expression
+// that is too large, or that only backtracking could run, is refused in the same way as a malformed one.
+#pragma once
+
+#include <cstddef>
+#include <regex>
+#include <string>
+
+namespace qelsystemcompatibilityreport {
+
+/// The bounds. They are chosen so that compiling and running stays well inside a stack of 1 MiB, which is
+/// what a Windows program's threads have, and a fraction of a second.
+struct ExpressionBounds {
+  /// Bytes of the expression. Compiling recurses once for each character.
+  static constexpr std::size_t kMostBytes = 4096;
+  /// Groups inside groups.
+  static constexpr std::size_t kDeepestGroups = 32;
+  /// Look-aheads inside look-aheads. Each level multiplies the time by the length of the text.
+  static constexpr std::size_t kDeepestLookAheads = 2;
+  /// Characters of the expression once its counted repeats are written out: a group counts one more than what
+  /// it holds, so "(?:ab){3}" counts 9.
+  static constexpr std::size_t kMostExpandedCharacters = 4096;
+  /// Steps of a match at worst: expanded characters, times the length of the text for the match itself and
+  /// once more for each level of look-ahead.
+  static constexpr std::size_t kMostSteps = 10'000'000;
+};
+
+/// Thrown for an expression beyond the bounds.
+class ExpressionTooComplex : public std::regex_error {
+ public:
+  explicit ExpressionTooComplex(std::string message);
+  [[nodiscard]] const char* what() const noexcept override { return mMessage.c_str(); }
+
+ private:
+  std::string mMessage;
+};
+
+/// Whether the whole of `text` matches `expression`: ECMAScript grammar, case-sensitive, bytes as characters,
+/// whatever the process's locale. The expression is compiled afresh by each call. Throws `std::regex_error`
+/// for an expression that is malformed, beyond the bounds, or needs backtracking (a back-reference).
+[[nodiscard]] bool MatchesWhole(const std::string& expression, const std::string& text);
+
+}  // namespace qelsystemcompatibilityreport

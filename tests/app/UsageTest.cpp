@@ -1,0 +1,69 @@
+// What a newcomer types first, and what everybody mistypes.
+#include "tests/app/ScrTest.h"
+
+namespace {
+
+class UsageTest : public testsupport::ScrTest {};
+
+TEST_F(UsageTest, HelpNamesEveryVerb) {
+  const auto result = Run({"--help"});
+  EXPECT_EQ(result.mExitCode, 0);
+  EXPECT_EQ(result.mErrors, "");
+  for (const char* const verb : {"report", "components", "check", "state", "settings"}) {
+    EXPECT_NE(result.mOutput.find(verb), std::string::npos) << verb << " in\n" << result.mOutput;
+  }
+}
+
+TEST_F(UsageTest, EveryVerbHasHelpWithAnExample) {
+  for (const std::string verb : {"report", "components", "check", "state", "settings"}) {
+    const auto result = Run({verb, "--help"});
+    EXPECT_EQ(result.mExitCode, 0) << verb;
+    EXPECT_EQ(result.mErrors, "") << verb;
+    EXPECT_NE(result.mOutput.find("  scr " + verb), std::string::npos) << result.mOutput;
+  }
+}
+
+TEST_F(UsageTest, Version) {
+  const auto result = Run({"--version"});
+  EXPECT_EQ(result.mExitCode, 0);
+  EXPECT_EQ(result.mOutput, "scr 1.0\n");
+}
+
+TEST_F(UsageTest, WrongUseGetsOneLineThatSaysWhatToDo) {
+  const struct {
+    std::vector<std::string> mArguments;
+    const char* mText;
+  } rows[] = {
+      {{}, "scr --help"},
+      {{"reprot"}, "reprot"},
+      {{"report", "--outptu", "x"}, "--outptu"},
+      {{"report", "--output"}, "--output"},
+      {{"check"}, "BLOCKLIST"},
+      {{"state"}, "scr --help"},
+      {{"state", "burn"}, "burn"},
+      {{"--trace", "9", "components"}, "--trace"},
+      {{"--trace", "loud", "components"}, "--trace"},
+      {{"--language", "../../etc", "components"}, "not a language code"},
+      {{"--language", "", "components"}, "not a language code"},
+      {{"--set", "novalue", "components"}, "KEY=VALUE"},
+      {{"--set", "=x", "components"}, "KEY=VALUE"},
+      {{"settings", "no.such.setting"}, "there is no such setting"},
+      {{"settings", "no.such.setting=1"}, "there is no such setting"},
+      {{"settings", "--reset", "no.such.setting"}, "there is no such setting"},
+  };
+  for (const auto& row : rows) ExpectError(Scr(row.mArguments), row.mText);
+}
+
+TEST_F(UsageTest, OptionsMayStandBehindTheVerb) {
+  EXPECT_EQ(Run({"state", "show", "--pref-dir", Path("elsewhere")}).mExitCode, 0);
+}
+
+TEST_F(UsageTest, OutputThatCannotBeWrittenIsAnError) {
+  const auto result =
+      testsupport::RunProgram("/bin/sh", {"-c", std::string(QELSCR_SCR) + " state show > /dev/full"},
+                              {{"HOME", Path("home")}}, mFiles.Path(), mFiles.Path());
+  EXPECT_EQ(result.mExitCode, 1);
+  EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
+}
+
+}  // namespace

@@ -1,0 +1,68 @@
+#include "qelsystemcompatibilityreport/rules/ExpressionSize.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+using qelsystemcompatibilityreport::ExpressionSize;
+using qelsystemcompatibilityreport::MeasureExpression;
+
+TEST(ExpressionSizeTest, Measures) {
+  constexpr std::size_t largest = std::numeric_limits<std::size_t>::max();
+  const struct {
+    const char* mExpression;
+    std::size_t mCharacters;
+    std::size_t mGroups;
+    std::size_t mLookAheads;
+  } rows[] = {
+      {"", 0, 0, 0},
+      {"abc", 3, 0, 0},
+      {"a*b+c?", 6, 0, 0},
+      {"a|b", 3, 0, 0},
+      {"\\(\\)\\[", 3, 0, 0},
+      {"[abc]", 1, 0, 0},
+      {"[a\\]b]", 1, 0, 0},
+      {"[[:alpha:](]", 1, 0, 0},
+      {"[[.].]](]", 2, 0, 0},  // the name ends the bracket's first part, "]" the bracket, "(]" follows
+      {"(abc)", 4, 1, 0},
+      {"(?:abc)", 4, 1, 0},
+      {"((a)(b))", 5, 2, 0},
+      {"(?=a)", 2, 1, 1},
+      {"(?!a(?=b))", 5, 2, 2},
+      {"(?=a)(?=b)", 4, 1, 1},
+      // Counted repeats are written out.
+      {"a{3}", 3, 0, 0},
+      {"a{3,5}", 5, 0, 0},
+      {"a{3,}", 4, 0, 0},
+      {"(?:ab){10}", 30, 1, 0},
+      {"(?:(?:ab){10}){10}", 310, 2, 0},
+      {"a{10}{10}", 100, 0, 0},
+      {"a*{10}", 20, 0, 0},
+      {"[a-z]{9}", 9, 0, 0},
+      {"a{99999999999999999999999}", largest, 0, 0},
+      {"((a{9999999999}){9999999999}){9999999999}", largest, 2, 0},
+      {"a{0}", 1, 0, 0},
+      {"a{1}", 1, 0, 0},
+      // Malformed ones do no harm.
+      {"(", 1, 1, 0},
+      {"(((", 3, 3, 0},
+      {")))", 0, 0, 0},
+      {"[", 1, 0, 0},
+      {"[a\\", 1, 0, 0},
+      {"[[:", 1, 0, 0},
+      {"\\", 1, 0, 0},
+      {"{5}", 0, 0, 0},
+      {"a{", 1, 0, 0},
+      {"(?", 1, 1, 0},
+  };
+  for (const auto& row : rows) {
+    const ExpressionSize size = MeasureExpression(row.mExpression);
+    EXPECT_EQ(size.mGroupDepth, row.mGroups) << row.mExpression;
+    EXPECT_EQ(size.mLookAheadDepth, row.mLookAheads) << row.mExpression;
+    EXPECT_EQ(size.mExpandedCharacters, row.mCharacters) << row.mExpression;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+#include "qelsystemcompatibilityreport/rules/Expression.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <string>
+
+#include "tests/support/SmallStack.h"
+
+namespace {
+
+using qelsystemcompatibilityreport::MatchesWhole;
+
+std::string Repeated(const std::string& text, int times) {
+  std::string result;
+  for (int time = 0; time < times; ++time) result += text;
+  return result;
+}
+
+TEST(ExpressionTest, MatchesTheWholeText) {
+  const struct {
+    const char* mExpression;
+    const char* mText;
+    bool mMatches;
+  } rows[] = {
+      {"abc", "abc", true},
+      {"abc", "abcd", false},
+      {"abc", "ABC", false},
+      {"", "", true},
+      {"", "a", false},
+      {"Miniport", "WAN Miniport (PPTP)", false},
+      {"^.*\\bMiniport\\b.*$", "WAN Miniport (PPTP)", true},
+      {"^.*\\bminiport\\b.*$", "WAN Miniport (PPTP)", false},
+      {"^.*\\b[M|m]iniport\\b.*$", "WAN miniport (PPTP)", true},
+      {"^.*\\b[M|m]iniport\\b.*$", "WAN Miniport (PPTP)", true},
+      {"NVIDIA GeForce GTX 10[5-8]0.*", "NVIDIA GeForce GTX 1060 6GB", true},
+      {"^(?!.*Microsoft).*$", "Intel", true},
+      {"^(?!.*Microsoft).*$", "Microsoft Basic Render Driver", false},
+      {"Intel(R) HD Graphics", "Intel(R) HD Graphics", false},  // the brackets are a group
+      {"Intel(R) HD Graphics", "IntelR HD Graphics", true},
+      {"\\d{1,3}(\\.\\d+)*", "127.0.0.1", true},
+      {"[[:alpha:]]+", "abc", true},
+      {"a|b", "b", true},
+      {"\xC3\xA9.", "\xC3\xA9x", true},
+      {".", "\xC3\xA9", false},  // bytes are characters
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(MatchesWhole(row.mExpression, row.mText), row.mMatches)
+        << row.mExpression << " on " << row.mText;
+  }
+}
+
+TEST(ExpressionTest, MalformedExpressionsThrow) {
+  for (const char* const expression : {"(", ")", "[", "a{", "a{1", "*", "a**b(", "\\", "(?<name>a)", "[b-a]",
+                                       "[[:nope:]]", "(?", "a{2,1}"}) {
+    EXPECT_THROW(static_cast<void>(MatchesWhole(expression, "text")), std::regex_error) << expression;
+  }
+}
+
+TEST(ExpressionTest, BackReferencesAreRefused) {
+  EXPECT_THROW(static_cast<void>(MatchesWhole("(a)\\1", "aa")), std::regex_error);
+}
+
+TEST(ExpressionTest, TheProcessLocaleDoesNotCount) {
+  std::setlocale(LC_ALL, "");
+  EXPECT_FALSE(MatchesWhole("\\w", "\xE9"));
+}
+
+struct Hostile {
+  std::string mWhat;
+  std::string mExpression;
+  std::string mText;
+};
+
+std::vector<Hostile> HostileExpressions() {
+  return {
+      {"a long text", "^.*x.*$", Repeated("a", 1'000'000)},
+      {"nested repeats", "^(.*\\b)*z$", "NVIDIA GeForce RTX 3070 Ti Laptop GPU x x x"},
+      {"nested repeats on a longer text", "^((a*)*)*z$", Repeated("a", 2000)},
+      {"the longest literal", Repeated("a", 4096), Repeated("a", 4096)},
+      {"too long a literal", Repeated("a", 100'000), "a"},
+      {"many alternatives", Repeated("a|", 2047), Repeated("a", 100)},
+      {"ten thousand alternatives", Repeated("abc|", 10'000), "abd"},
+      {"empty alternatives", "(?:" + Repeated("|", 2000) + ")", "a"},
+      {"counted repeats", "a{100000}", Repeated("a", 100)},
+      {"counted repeats of counted repeats", "((((a{99}){99}){99}){99}){99}", "aaaa"},
+      {"counted repeats in a row", "a{99}{99}{99}", "aaaa"},
+      {"a counted repeat without an end", "(?:a{4000,}){3000,}", "aaaa"},
+      {"an empty alternative counted", "(?:|a){11000}", "aaaa"},
+      {"a count beyond all numbers", "a{99999999999999999999999999}", "a"},
+      {"nested groups", Repeated("(", 20'000) + Repeated(")", 20'000), "a"},
+      {"groups nested to the bound", Repeated("(", 32) + "a" + Repeated(")*", 32), Repeated("a", 1000)},
+      {"many groups", Repeated("(a)", 5000), "a"},
+      {"look-aheads in a row", "^" + Repeated("(?=.*x)", 200) + ".*", Repeated("a", 100) + "x"},
+      {"a look-ahead under a repeat", "(?:(?=.*b).)*", Repeated("a", 1000) + "b"},
+      {"a tower of look-aheads", Repeated("(?:(?=", 8) + ".*b" + Repeated(").)*", 8),
+       Repeated("a", 60) + "b"},
+      {"a back-reference under repeats", "(a*)*\\1*\\1*z", Repeated("a", 40)},
+      {"many character classes", Repeated("[a-z]", 800), Repeated("a", 800)},
+      {"bytes that are no UTF-8", "[\x80-\xFF]*", "\xFF\xFE\x80"},
+  };
+}
+
+/// Each ends, with an answer or a refusal, on the stack of a Windows thread. What it would do otherwise is
+/// crash the process or run for ever, so that the test never ends.
+TEST(ExpressionTest, HostileExpressionsEndOnASmallStack) {
+  for (const Hostile& hostile : HostileExpressions()) {
+    std::string outcome = "nothing";
+    testsupport::RunOnStackOfOneMebibyte([&] {
+      try {
+        outcome = MatchesWhole(hostile.mExpression, hostile.mText) ? "matches" : "does not match";
+      } catch (const std::regex_error& error) {
+        outcome = std::string("refused: ") + error.what();
+      }
+    });
+    EXPECT_NE(outcome, "nothing") << hostile.mWhat;
+  }
+}
+
+TEST(ExpressionTest, WithinTheBoundsTheAnswerIsRight) {
+  EXPECT_TRUE(MatchesWhole(Repeated("a", 4096), Repeated("a", 4096)));
+  EXPECT_FALSE(MatchesWhole("^.*x.*$", Repeated("a", 1'000'000)));
+  EXPECT_TRUE(MatchesWhole("^.*x.*$", Repeated("a", 500'000) + "x" + Repeated("a", 500'000)));
+  EXPECT_FALSE(MatchesWhole("^(.*\\b)*z$", "NVIDIA GeForce RTX 3070 Ti Laptop GPU x x x"));
+  EXPECT_TRUE(MatchesWhole("(?:(?=.*b).)*", Repeated("a", 900) + "b"));
+  EXPECT_TRUE(MatchesWhole(Repeated("(", 32) + "a" + Repeated(")*", 32), Repeated("a", 1000)));
+}
+
+TEST(ExpressionTest, BeyondTheBoundsTheRefusalSaysWhich) {
+  const struct {
+    std::string mExpression;
+    std::string mText;
+    const char* mMessage;
+  } rows[] = {
+      {Repeated("a", 4097), "a", "the expression is too complex: its length is 4097, at most 4096 allowed"},
+      {Repeated("(", 33) + Repeated(")", 33), "a",
+       "the expression is too complex: its groups are nested 33, at most 32 allowed"},
+      {"(?=(?=(?=a)))", "a",
+       "the expression is too complex: its look-aheads are nested 3, at most 2 allowed"},
+      {"a{4097}", "a",
+       "the expression is too complex: with its repeats written out its length is 4097, at most 4096 "
+       "allowed"},
+      {"^.*" + Repeated("x", 100), Repeated("a", 1'000'000),
+       "the expression is too complex for a text of 1000000 bytes"},
+  };
+  for (const auto& row : rows) {
+    try {
+      static_cast<void>(MatchesWhole(row.mExpression, row.mText));
+      ADD_FAILURE() << row.mMessage;
+    } catch (const std::regex_error& error) {
+      EXPECT_STREQ(error.what(), row.mMessage);
+    }
+  }
+}
+
+}  // namespace
