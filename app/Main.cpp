@@ -2,6 +2,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
+#include <string>
+#include <vector>
 
 #include "app/HostOptions.h"
 #include "app/Output.h"
@@ -18,6 +20,14 @@ constexpr const char* kDescription =
     "  scr components           what this machine is made of\n"
     "  scr check BLOCKLIST      match a blocklist of your own\n"
     "  scr VERB --help          everything about a verb\n";
+
+/// What is wrong with the command line. A verb that does not exist is said by name, rather than that one is
+/// missing.
+std::string Explain(const CLI::App& application, const CLI::ParseError& error) {
+  const std::vector<std::string> unknown = application.remaining(true);
+  return unknown.empty() || unknown.front().starts_with('-') ? error.what()
+                                                             : unknown.front() + ": there is no such verb";
+}
 
 int Run(int argumentCount, char** arguments) {
   app::ExitCode exitCode = app::ExitCode::kSuccess;
@@ -42,7 +52,7 @@ int Run(int argumentCount, char** arguments) {
   } catch (const CLI::Success& help) {
     return application.exit(help);
   } catch (const CLI::ParseError& error) {
-    app::PrintDiagnostic(std::string(error.what()) + "; \"scr --help\" shows how it is used");
+    app::PrintDiagnostic(Explain(application, error) + "; \"scr --help\" shows how it is used");
     return static_cast<int>(app::ExitCode::kFailure);
   }
   qelcore::host::EndProcess();

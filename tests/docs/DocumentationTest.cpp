@@ -35,7 +35,7 @@ std::vector<std::filesystem::path> Pages() {
   return pages;
 }
 
-std::vector<Block> Blocks(const std::string& language) {
+std::vector<Block> Blocks() {
   std::vector<Block> blocks;
   for (const std::filesystem::path& page : Pages()) {
     std::istringstream lines(testsupport::ReadWholeFile(page));
@@ -50,14 +50,36 @@ std::vector<Block> Blocks(const std::string& language) {
     }
     EXPECT_FALSE(isInside) << page << " leaves a block open";
   }
-  std::erase_if(blocks, [&](const Block& block) { return block.mLanguage != language; });
   return blocks;
 }
+
+/// A directory that looks like the checkout to a command, and keeps what the command writes out of it.
+class Workplace {
+ public:
+  Workplace() {
+    for (const char* const folder : {"data", "docs"}) {
+      std::filesystem::create_directory_symlink(kRoot / folder, mFiles.Path() / folder);
+    }
+    std::filesystem::create_directory(mFiles.Path() / "scratch");
+  }
+
+  [[nodiscard]] testsupport::ProgramResult Run(const std::string& line) const {
+    return testsupport::RunProgram("/bin/bash", {"-c", "scr() { " QELSCR_SCR " \"$@\"; }\n" + line},
+                                   {{"XDG_CONFIG_HOME", mFiles.Path() / "config"},
+                                    {"XDG_STATE_HOME", mFiles.Path() / "state"},
+                                    {"TMPDIR", mFiles.Path()}},
+                                   mFiles.Path(), mFiles.Path() / "scratch");
+  }
+
+ private:
+  testsupport::TemporaryDirectory mFiles;
+};
 
 TEST(DocumentationTest, JSONExamplesAreWhatTheySay) {
   const testsupport::TestHost host;
   std::set<std::string> seen;
-  for (const Block& block : Blocks("json")) {
+  for (const Block& block : Blocks()) {
+    if (block.mLanguage != "json") continue;
     json::ParseError error;
     const std::any value = json::Parse(block.mText, &error);
     ASSERT_TRUE(value.has_value()) << block.mPage << ": " << error.mMessage << "\n" << block.mText;
@@ -85,32 +107,33 @@ TEST(DocumentationTest, JSONExamplesAreWhatTheySay) {
   for (const char* const kind : {"blocklist", "state", "snapshot"}) EXPECT_EQ(seen.count(kind), 1U) << kind;
 }
 
-/// Commands that begin with `scr` or `./run` run as they stand, one after the other on each page, with the
-/// checkout as the working directory. The scripts themselves are run by `.ci/run`.
+/// Commands of `scr` run as they stand, one after the other, in a fresh directory for each block. What
+/// follows in a block of its own marked "output" is what the last of them printed. Scripts are run by
+/// `.ci/run`.
 TEST(DocumentationTest, CommandsRun) {
   const std::set<std::string> scripts = {
-      "./run", "./test", ".ci/run", "QELSCR_PRESET=sanitizers", "cmake", ".ci/check-clang-tidy", "git", "cd"};
+      "./run", "./test", ".ci/run", ".ci/check-clang-tidy", "cmake", "QELSCR_PRESET=sanitizers"};
   int ran = 0;
-  for (const Block& block : Blocks("sh")) {
-    const testsupport::TemporaryDirectory files;
+  std::string output;
+  for (const Block& block : Blocks()) {
+    if (block.mLanguage == "output") {
+      EXPECT_EQ(block.mText, output) << block.mPage;
+    }
+    if (block.mLanguage != "sh") continue;
+    const Workplace workplace;
     std::istringstream lines(block.mText);
     for (std::string line; std::getline(lines, line);) {
-      const std::string first = line.substr(0, line.find_first_of(" \n"));
-      if (first.empty() || first == "#") continue;
-      if (first == "./run" && line.size() > 6 && line[6] != '#' && line[6] != ' ')
-        line = "scr" + line.substr(5);
-      if (line.rfind("scr ", 0) != 0) {
-        EXPECT_EQ(scripts.count(first), 1U) << block.mPage << ": " << line;
+      if (line.empty() || line[0] == '#') continue;
+      const std::string command = line.substr(0, line.find_last_not_of(' ', line.find('#') - 1) + 1);
+      const bool runsVerb = command.rfind("./run ", 0) == 0;
+      if (!runsVerb && command.rfind("scr ", 0) != 0) {
+        EXPECT_EQ(scripts.count(command.substr(0, command.find(' '))), 1U) << block.mPage << ": " << line;
         continue;
       }
-      const std::string command = "scr() { " QELSCR_SCR " \"$@\"; }\n" + line;
-      const auto result = testsupport::RunProgram("/bin/bash", {"-c", command},
-                                                  {{"XDG_CONFIG_HOME", files.Path() / "config"},
-                                                   {"XDG_STATE_HOME", files.Path() / "state"},
-                                                   {"TMPDIR", files.Path()}},
-                                                  kRoot, files.Path());
+      const auto result = workplace.Run(runsVerb ? "scr" + command.substr(5) : command);
       EXPECT_TRUE(result.mExitCode == 0 || result.mExitCode == 2) << block.mPage << ": " << line << "\n"
                                                                   << result.mErrors;
+      output = result.mOutput;
       ++ran;
     }
   }
