@@ -208,6 +208,9 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
   [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
+  // These throw when an expression is malformed.
+  [[nodiscard]] bool MatchesName(const OSComponent& component) const;
+  [[nodiscard]] bool MatchesProperty(const OSComponent& component) const;
   [[nodiscard]] bool SatisfiesComparisons(const std::string& value) const;
 
   std::string mInfoMessage;

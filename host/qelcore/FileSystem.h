@@ -31,7 +31,7 @@ void MakeDirectories(const std::string& path, DirectoryAccess access);
 void MoveInPlace(const std::string& from, const std::string& to);
 
 /// The path to replace when somebody saves to `path`: `path` itself, or, when it is a symbolic link, what the
-/// link leads to as long as that stays in the same directory.
+/// link leads to as long as that stays in the same directory. An empty path is an error.
 [[nodiscard]] std::string ResolveSaveTarget(const std::string& path);
 
 }  // namespace qelcore::host

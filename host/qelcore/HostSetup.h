@@ -33,10 +33,10 @@ namespace qelcore::host {
 /// `$XDG_CONFIG_HOME/scr`, the data directory beside or below the program (`../share/scr`, or the source
 /// tree's `data`), `xdg-user-dir`'s documents directory, and `$XDG_STATE_HOME/scr` for logs.
 struct Directories {
-  std::string mPreferences;
-  std::string mApplication;
-  std::string mDocuments;
-  std::string mState;
+  std::string mPreferences{};
+  std::string mApplication{};
+  std::string mDocuments{};
+  std::string mState{};
 };
 
 QELCORE_EXPORT void SetDirectories(const Directories& directories);

@@ -26,7 +26,7 @@ void RegisterTextReportCallback(TextReportCallback callback, DisplayPriority pri
   });
 }
 
-const std::vector<TextReportSection>& GetTextReportSections() {
+std::vector<TextReportSection> GetTextReportSections() {
   return Sections();
 }
 

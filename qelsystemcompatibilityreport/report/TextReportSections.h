@@ -12,7 +12,9 @@ struct TextReportSection {
   DisplayPriority mPriority;
 };
 
-/// The process's sections, in the order in which they are written. They are never removed.
-[[nodiscard]] const std::vector<TextReportSection>& GetTextReportSections();
+/// The process's sections, in the order in which they are written. They are never removed. A copy, so that a
+/// section which registers another one while it is written does no harm; the new one is heard from the next
+/// report on.
+[[nodiscard]] std::vector<TextReportSection> GetTextReportSections();
 
 }  // namespace qelsystemcompatibilityreport

@@ -65,9 +65,7 @@ class ReportText {
   }
 
   void WriteSections(File& target) {
-    // A copy: a section that registers another one is heard from the next report on.
-    const std::vector<TextReportSection> sections = GetTextReportSections();
-    for (const TextReportSection& section : sections) {
+    for (const TextReportSection& section : GetTextReportSections()) {
       mStream << '\n' << std::string(kSeparatorLength, '_') << "\n\n";
       section.mCallback(mStream, target);
     }

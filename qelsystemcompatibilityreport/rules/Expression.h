@@ -26,7 +26,7 @@ struct ExpressionBounds {
   static constexpr std::size_t kMostExpandedCharacters = 4096;
   /// Steps of a match at worst: expanded characters, times the length of the text for the match itself and
   /// once more for each level of look-ahead.
-  static constexpr std::size_t kMostSteps = 10'000'000;
+  static constexpr std::size_t kMostSteps = 20'000'000;
 };
 
 /// Thrown for an expression beyond the bounds.

@@ -17,6 +17,8 @@ namespace {
 using Components = OSComponentRegistry::Components;
 
 constexpr std::string_view kContext = "qelsystemcompatibilityreport::SCRRule::FindMatchingOSComponents";
+constexpr std::string_view kPropertyContext =
+    "qelsystemcompatibilityreport::SCRRule::MatchesPropertyComponent";
 
 bool Holds(SCRPropertyOperator propertyOperator, int comparison) {
   switch (propertyOperator) {
@@ -93,11 +95,14 @@ class SCRRule::MatchingRun {
   bool IsHit(const SCRRule& rule, const OSComponent& candidate) {
     if (MatchingSwitches::Instance().mForceByType) return true;
     if (rule.GetType() == OSComponentType::kProperty) {
-      if (!OSComponent::SupportsProperties() || !rule.MatchesPropertyComponent(candidate)) return false;
+      if (!OSComponent::SupportsProperties()) return false;
+      if (!Passes(kPropertyContext, [&] { return rule.MatchesProperty(candidate); })) return false;
     } else {
-      if (!MatchingSwitches::Instance().mForceByName && !rule.MatchesVersion(candidate.GetVersion()))
-        return false;
-      if (rule.GetType() != OSComponentType::kFile && !MatchesName(rule, candidate)) return false;
+      const bool isForced = MatchingSwitches::Instance().mForceByName;
+      if (!isForced && !rule.MatchesVersion(candidate.GetVersion())) return false;
+      // A file rule's name has chosen the candidate already.
+      const bool hasNameTest = rule.GetType() != OSComponentType::kFile;
+      if (hasNameTest && !Passes(kContext, [&] { return rule.MatchesName(candidate); })) return false;
     }
     for (const SCRRule& dependency : rule.mDependencies) {
       if (!FindsSomething(dependency)) return false;
@@ -105,16 +110,15 @@ class SCRRule::MatchingRun {
     return true;
   }
 
-  bool MatchesName(const SCRRule& rule, const OSComponent& candidate) {
-    const std::string pattern = rule.GetName();
-    const std::string name = candidate.GetName();
-    if (pattern.empty() || name.empty()) return false;
-    if (pattern == name) return true;
+  /// Runs a test whose expression may be malformed: that is logged, and counts as no match for this
+  /// candidate.
+  template <typename Test>
+  bool Passes(std::string_view context, Test&& test) {
     try {
-      return MatchesWhole(pattern, name);
+      return test();
     } catch (...) {
       ++mTimesLogged;
-      qelcore::LogException(std::current_exception(), kContext);
+      qelcore::LogException(std::current_exception(), context);
       return false;
     }
   }
@@ -154,23 +158,33 @@ bool SCRRule::MatchesVersion(const OSComponentVersion& version) const {
   return false;
 }
 
+bool SCRRule::MatchesName(const OSComponent& component) const {
+  const std::string name = GetName();
+  const std::string componentName = component.GetName();
+  if (name.empty() || componentName.empty()) return false;
+  return name == componentName || MatchesWhole(name, componentName);
+}
+
 bool SCRRule::MatchesPropertyComponent(const OSComponent& component) const {
-  return AtBoundary("qelsystemcompatibilityreport::SCRRule::MatchesPropertyComponent", false, [&] {
-    return component.GetType() == OSComponentType::kProperty && component.GetName() == GetName() &&
-           SatisfiesComparisons(component.GetPropertyValue());
-  });
+  return AtBoundary(kPropertyContext, false, [&] { return MatchesProperty(component); });
+}
+
+bool SCRRule::MatchesProperty(const OSComponent& component) const {
+  return component.GetType() == OSComponentType::kProperty && component.GetName() == GetName() &&
+         SatisfiesComparisons(component.GetPropertyValue());
 }
 
 bool SCRRule::SatisfiesComparisons(const std::string& value) const {
   // Text comparisons decide alone, even beside integer comparisons. That is intended.
   if (!mStringComparisons.empty()) {
+    bool allHold = true;
     for (const auto& [propertyOperator, operand] : mStringComparisons) {
-      const bool holds = propertyOperator == SCRPropertyOperator::kRegularExpression
-                             ? MatchesWhole(operand, value)
-                             : Holds(propertyOperator, value.compare(operand));
-      if (!holds) return false;
+      // Every one is evaluated: a malformed expression is logged even where another comparison fails.
+      allHold &= propertyOperator == SCRPropertyOperator::kRegularExpression
+                     ? MatchesWhole(operand, value)
+                     : Holds(propertyOperator, value.compare(operand));
     }
-    return true;
+    return allHold;
   }
   for (const auto& [propertyOperator, operand] : mIntegerComparisons) {
     if (!Holds(propertyOperator, Compare(ToInteger(value), ToInteger(operand)))) return false;

@@ -6,6 +6,7 @@
 
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "tests/support/Rules.h"
+#include "tests/support/SmallStack.h"
 #include "tests/support/TestHost.h"
 
 namespace {
@@ -105,7 +106,8 @@ TEST_F(DependencyMatchingTest, PropertiesToo) {
 }
 
 TEST_F(DependencyMatchingTest, NestedOnesToo) {
-  EXPECT_EQ(HitsWith(R"({"type":"Network","name":".*LAN","dependencies":[{"type":"OS","name":"("}]})"), Texts());
+  EXPECT_EQ(HitsWith(R"({"type":"Network","name":".*LAN","dependencies":[{"type":"OS","name":"("}]})"),
+            Texts());
   EXPECT_EQ(mHost.mExceptionContexts, Texts(6, kContext));
 }
 
@@ -170,6 +172,29 @@ TEST_F(DependencyMatchingTest, AnAnswerDoesNotTakeAPowerOfTheLevelsWhereProperti
   machine.push_back(Property("p", "1"));
   EXPECT_EQ(HitNames(Nested(60, R"({"type":"Property","name":"p","regex":"("})"), machine), Texts());
   EXPECT_GE(mHost.mExceptionContexts.size(), 100u);
+}
+
+/// As deep as JSON may be nested, with an expression at its bound in the middle of it.
+TEST_F(DependencyMatchingTest, TheDeepestNestEndsOnASmallStack) {
+  constexpr int levels = 127;
+  const Components machine{Component(OSComponentType::kVideo, "card", "1"),
+                           Component(OSComponentType::kOS, "Windows", "1")};
+  const std::string leaf = R"({"type":"OS","name":")" + std::string(4096, 'W') + "\"}";
+  Texts hits{"not asked"};
+  std::string identifier;
+  bool isReadBack = false;
+  testsupport::RunOnStackOfOneMebibyte([&] {
+    hits = HitNames(Nested(levels, leaf), machine);
+    const SCRRule rule = ReadRule(Nested(levels, R"({"type":"OS","name":"Windows"})"));
+    identifier = SCRRule(rule).GetID();
+    SCRRule again;
+    isReadBack = again.FromJSON(rule.ToJSON()) && again == rule;
+  });
+  EXPECT_EQ(hits, Texts());
+  EXPECT_EQ(identifier.size(), 41u);
+  EXPECT_TRUE(isReadBack);
+  EXPECT_EQ(HitNames(Nested(levels, R"({"type":"OS","name":"Win.*"})"), machine), Texts{"card"});
+  EXPECT_EQ(mHost.mExceptionContexts, Texts());
 }
 
 }  // namespace

@@ -25,12 +25,13 @@ TEST(ExpressionSizeTest, Measures) {
       {"[abc]", 1, 0, 0},
       {"[a\\]b]", 1, 0, 0},
       {"[[:alpha:](]", 1, 0, 0},
-      {"[[.].]](]", 2, 0, 0},  // the name ends the bracket's first part, "]" the bracket, "(]" follows
+      // "[.].]" is a name inside the bracket, "]" ends the bracket, and "(" opens a group.
+      {"[[.].]](]", 3, 1, 0},
       {"(abc)", 4, 1, 0},
       {"(?:abc)", 4, 1, 0},
       {"((a)(b))", 5, 2, 0},
       {"(?=a)", 2, 1, 1},
-      {"(?!a(?=b))", 5, 2, 2},
+      {"(?!a(?=b))", 4, 2, 2},
       {"(?=a)(?=b)", 4, 1, 1},
       // Counted repeats are written out.
       {"a{3}", 3, 0, 0},

@@ -75,7 +75,7 @@ TEST_F(PropertyMatchingTest, TextComparisons) {
       {"a", "B", 1},
       {"10", "9", -1},
       {"1 ", "1", 1},
-      {"\xC3\xA9", "z", 1},           // "é" after "z"
+      {"\xC3\xA9", "z", 1},  // "é" after "z"
       {"z", "\xC3\xA9", -1},
       {"\x7F", "\x80", -1},
       {"\xFF", "\x01", 1},
@@ -124,7 +124,9 @@ TEST_F(PropertyMatchingTest, IntegerComparisons) {
       {"- 5", "0", 0},
       {"--5", "0", 0},
       {"a5", "0", 0},
-      {"\xC2\xA0" "5", "0", 0},  // a no-break space is none
+      {"\xC2\xA0"
+       "5",
+       "0", 0},  // a no-break space is none
       {"7", "", 1},
       {"7", "seven", 1},
       {"9223372036854775807", "9223372036854775806", 1},
@@ -134,7 +136,10 @@ TEST_F(PropertyMatchingTest, IntegerComparisons) {
       {"-99999999999999999999999999", "-9223372036854775807", -1},
       {"-99999999999999999999999999", "99999999999999999999999999", -1},
       {"4294967296", "0", 1},
-      {std::string("1\0" "2", 3), "1", 0},
+      {std::string("1\0"
+                   "2",
+                   3),
+       "1", 0},
   };
   for (const auto& row : rows) {
     const std::string what = row.mValue + " and " + row.mOperand;
@@ -154,11 +159,17 @@ TEST_F(PropertyMatchingTest, RegularExpressions) {
     const char* mValue;
     bool mMatches;
   } rows[] = {
-      {"true|yes", "yes", true},   {"true", "truely", false}, {"true", "True", false},
+      {"true|yes", "yes", true},
+      {"true", "truely", false},
+      {"true", "True", false},
       {".*8086.*", "10de:2484 8086:4c8a", true},
       {"8086", "10de:2484 8086:4c8a", false},
-      {"", "", true},              {"", "x", false},          {"[0-9]+", "123", true},
-      {"^\\d+$", "12 3", false},   {"a.c", "a\nc", false},    {"a.c", "abc", true},
+      {"", "", true},
+      {"", "x", false},
+      {"[0-9]+", "123", true},
+      {"^\\d+$", "12 3", false},
+      {"a.c", "a\nc", false},
+      {"a.c", "abc", true},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(Matches({{kRegex, row.mExpression}}, row.mValue), row.mMatches)
@@ -238,7 +249,8 @@ TEST_F(PropertyMatchingTest, OnlyPropertiesOfTheVeryNameMatch) {
         OSComponentType::kFile, OSComponentType::kInvalid}) {
     EXPECT_FALSE(any.MatchesPropertyComponent(OSComponent(kind, "p.*", OSComponentVersion(), "1")));
   }
-  const SCRRule malformed(OSComponentType::kProperty, "(", Comparisons(), "", "", {}, SCRRuleErrorLevel::INFO);
+  const SCRRule malformed(OSComponentType::kProperty, "(", Comparisons(), "", "", {},
+                          SCRRuleErrorLevel::INFO);
   EXPECT_TRUE(malformed.MatchesPropertyComponent(*Property("(", "1")));
   EXPECT_FALSE(malformed.MatchesPropertyComponent(*Property("p", "1")));
   // Even an empty name.
@@ -259,7 +271,8 @@ TEST_F(PropertyMatchingTest, PropertiesAmongTheComponents) {
       {R"({"type":"Property","name":"memory.mb","ilt":"1"})", 0},
       {R"({"type":"Property","name":"memory.*"})", 0},
       {R"({"type":"Property","name":"cpu.cores","ieq":"4","versions":["9"],"version_mask":"0.0.0.0"})", 1},
-      {R"({"type":"Property","name":"cpu.cores","dependencies":[{"type":"Property","name":"memory.mb"}]})", 1},
+      {R"({"type":"Property","name":"cpu.cores","dependencies":[{"type":"Property","name":"memory.mb"}]})",
+       1},
       {R"({"type":"Property","name":"cpu.cores","dependencies":[{"type":"Property","name":"none"}]})", 0},
   };
   for (const auto& row : rows) EXPECT_EQ(HitNames(row.mRule, machine).size(), row.mHits) << row.mRule;

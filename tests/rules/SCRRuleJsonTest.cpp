@@ -64,9 +64,9 @@ TEST_F(SCRRuleJsonTest, EveryKind) {
     const char* mText;
     OSComponentType mKind;
   } rows[] = {
-      {"OS", OSComponentType::kOS},           {"Video", OSComponentType::kVideo},
-      {"Audio", OSComponentType::kAudio},     {"Network", OSComponentType::kNetwork},
-      {"File", OSComponentType::kFile},       {"Property", OSComponentType::kProperty},
+      {"OS", OSComponentType::kOS},       {"Video", OSComponentType::kVideo},
+      {"Audio", OSComponentType::kAudio}, {"Network", OSComponentType::kNetwork},
+      {"File", OSComponentType::kFile},   {"Property", OSComponentType::kProperty},
   };
   for (const auto& row : rows) {
     SCRRule rule;
@@ -134,8 +134,8 @@ TEST_F(SCRRuleJsonTest, ValuesOfTheWrongType) {
       {R"({"type":"Video","name":"x","version_mod":["1"]})", false, 1},
       // Comparisons are looked at in property rules only, version fields in all others.
       {R"({"type":"Video","name":"x","eq":1,"ieq":1,"regex":1})", true, 0},
-      {R"({"type":"Property","name":"x","versions":1,"max_version":1,"version_mask":1,"version_mod":1})", true,
-       0},
+      {R"({"type":"Property","name":"x","versions":1,"max_version":1,"version_mask":1,"version_mod":1})",
+       true, 0},
       {R"({"type":"Property","name":"x","eq":1})", false, 1},
       {R"({"type":"Property","name":"x","ne":true})", false, 1},
       {R"({"type":"Property","name":"x","lt":null})", false, 1},
@@ -221,7 +221,7 @@ TEST_F(SCRRuleJsonTest, MaskAndModulus) {
   for (const auto& row : rows) {
     const SCRRule rule = ReadRule(std::string(R"({"type":"Video","name":"x",)") + row.mFields + "}");
     EXPECT_TRUE(HitsVersion(rule, row.mHit)) << row.mFields;
-    if (row.mMissed != nullptr) EXPECT_FALSE(HitsVersion(rule, row.mMissed)) << row.mFields;
+    EXPECT_FALSE(row.mMissed != nullptr && HitsVersion(rule, row.mMissed)) << row.mFields;
   }
 }
 
@@ -288,7 +288,8 @@ TEST_F(SCRRuleJsonTest, ADependencyThatCannotBeReadIsKeptAndMatchesNothing) {
   for (const auto& row : rows) {
     SCRRule rule;
     const std::string json = std::string(R"({"type":"Video","name":"A device","error_level":"WARN",
-        "dependencies":[)") + row.mDependency + R"(,{"type":"Video","name":"A device"}]})";
+        "dependencies":[)") + row.mDependency +
+                             R"(,{"type":"Video","name":"A device"}]})";
     EXPECT_TRUE(Read(json, rule)) << row.mDependency;
     EXPECT_EQ(mHost.mExceptionContexts, std::vector<std::string>(row.mTimesLogged, kContext))
         << row.mDependency;

@@ -124,7 +124,8 @@ TEST(SCRRuleJsonWritingTest, ManyRangesAreWrittenInTheirOrder) {
     const SCRRule rule(OSComponentType::kVideo, "x", ranges, OSComponentVersion(), OSComponentVersion(), "",
                        "", {}, SCRRuleErrorLevel::INFO);
     EXPECT_EQ(Written(rule), R"({"error_level":"INFO","name":"x","osblc_version":1,"osc_version":1,)"
-                             R"("type":"Video","versions":)" + expected + "}");
+                             R"("type":"Video","versions":)" +
+                                 expected + "}");
     EXPECT_EQ(ReadRule(Written(rule)), rule) << count;
   }
   EXPECT_EQ(host.mExceptionContexts, std::vector<std::string>());

@@ -174,7 +174,7 @@ TEST(SCRRuleTest, ErrorLevelsHaveTexts) {
     const char* mText;
     bool mIsSerious;
   } rows[] = {
-      {0, "INFO", false}, {1, "WARN", true}, {2, "ERROR", true},  {3, "FATAL", true},
+      {0, "INFO", false}, {1, "WARN", true},  {2, "ERROR", true},  {3, "FATAL", true},
       {4, "INFO", true},  {99, "INFO", true}, {-1, "INFO", false},
   };
   for (const auto& row : rows) {

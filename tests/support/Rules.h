@@ -43,8 +43,7 @@ using Components = qelcore::utility::OSComponentRegistry::Components;
 /// The names of the components that a rule hits.
 [[nodiscard]] inline std::vector<std::string> HitNames(const std::string& ruleJson,
                                                        const Components& machine) {
-  return Names(
-      ReadRule(ruleJson).FindMatchingOSComponents(qelcore::utility::OSComponentRegistry(machine)));
+  return Names(ReadRule(ruleJson).FindMatchingOSComponents(qelcore::utility::OSComponentRegistry(machine)));
 }
 
 }  // namespace testsupport

@@ -54,7 +54,10 @@ void TestHost::SetComponents(OSComponentRegistry::Components components) {
 }
 
 void TestHost::TakeRegistryAway() {
-  host::SetComponentSource([](bool) { return std::shared_ptr<const OSComponentRegistry>(); });
+  host::SetComponentSource([this](bool explicitRun) {
+    mRegistryRequests.push_back(explicitRun);
+    return std::shared_ptr<const OSComponentRegistry>();
+  });
 }
 
 std::vector<std::string> TestHost::Traced(int level) const {

@@ -112,6 +112,10 @@ void MoveInPlace(const std::string& from, const std::string& to) {
 
 std::string ResolveSaveTarget(const std::string& path) {
   constexpr int kMostLinks = 40;
+  CheckPath(path);
+  if (path.empty()) {
+    ThrowFileError(ENOENT, path);
+  }
   const std::string directory = ParentOf(path);
   std::string current = path;
   for (int count = 0; count < kMostLinks; ++count) {

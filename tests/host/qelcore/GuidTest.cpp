@@ -15,7 +15,8 @@ TEST(Guid, DefaultIsNull) {
 }
 
 TEST(Guid, BytesStandInTextOrder) {
-  const Guid guid({0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF, 0x10, 0x32, 0x54, 0x76, 0x98, 0xBA, 0xDC, 0xFE});
+  const Guid guid(
+      {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF, 0x10, 0x32, 0x54, 0x76, 0x98, 0xBA, 0xDC, 0xFE});
   EXPECT_EQ(guid.AsUTF8String(), "01234567-89ab-cdef-1032-547698badcfe");
   EXPECT_EQ(Guid::FromUTF8String("01234567-89AB-cdef-1032-547698BADCFE"), guid);
   EXPECT_EQ(Guid::FromUTF8String("01234567-89ab-cdef-1032-547698badcfe").Bytes(), guid.Bytes());
@@ -25,8 +26,8 @@ TEST(Guid, EveryOtherTextGivesTheNullIdentifier) {
   const std::string rows[] = {
       "",
       "1",
-      "01234567-89ab-cdef-1032-547698badcf",      // one short
-      "01234567-89ab-cdef-1032-547698badcfe0",    // one long
+      "01234567-89ab-cdef-1032-547698badcf",    // one short
+      "01234567-89ab-cdef-1032-547698badcfe0",  // one long
       "01234567-89ab-cdef-1032-547698badcfe ",
       " 1234567-89ab-cdef-1032-547698badcfe",
       "{1234567-89ab-cdef-1032-547698badcf}",

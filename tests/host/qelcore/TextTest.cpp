@@ -26,7 +26,9 @@ TEST(Text, WellFormedTextConvertsBothWays) {
       {"\xE2\x82\xAC", u"\u20AC"},
       {"\xF0\x9F\x98\x80", u"\U0001F600"},
       {"\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
-      {"\xEF\xBB\xBF" "after a mark", u"\uFEFFafter a mark"},
+      {"\xEF\xBB\xBF"
+       "after a mark",
+       u"\uFEFFafter a mark"},
       {"\xEE\x80\x80 \xEF\xBF\xBF", u"\uE000 \uFFFF"},
   };
   for (const Pair& row : rows) {
@@ -43,9 +45,11 @@ TEST(Text, MalformedUTF8BecomesReplacementCharacters) {
       {"\xE2\x82", u"\uFFFD"},
       {"\xE2\x82z", u"\uFFFDz"},
       {"\xF0\x9F\x98", u"\uFFFD"},
-      {"\xC0\xAF" "z", u"\uFFFDz"},              // an overlong slash
-      {"\xED\xA0\x80z", u"\uFFFDz"},             // half of a surrogate pair
-      {"\xF5\x80\x80\x80z", u"\uFFFDz"},         // above the last character
+      {"\xC0\xAF"
+       "z",
+       u"\uFFFDz"},                       // an overlong slash
+      {"\xED\xA0\x80z", u"\uFFFDz"},      // half of a surrogate pair
+      {"\xF5\x80\x80\x80z", u"\uFFFDz"},  // above the last character
       {"ok\xC3\xA9\xFFok", u"ok\u00E9\uFFFDok"},
   };
   for (const Pair& row : rows) {
@@ -65,12 +69,16 @@ TEST(Text, EveryUnpairedSurrogateBecomesOneReplacementCharacter) {
   const char16_t high = 0xD83D;
   const char16_t low = 0xDE00;
   const std::u16string rows[] = {
-      std::u16string(1, high), std::u16string(1, low), std::u16string{low, high},
+      std::u16string(1, high),         std::u16string(1, low),     std::u16string{low, high},
       std::u16string{high, high, low}, std::u16string{high, u'z'}, std::u16string{high, low, low},
   };
   const std::string expected[] = {
-      "\xEF\xBF\xBD", "\xEF\xBF\xBD", "\xEF\xBF\xBD\xEF\xBF\xBD", "\xEF\xBF\xBD\xF0\x9F\x98\x80",
-      "\xEF\xBF\xBDz", "\xF0\x9F\x98\x80\xEF\xBF\xBD",
+      "\xEF\xBF\xBD",
+      "\xEF\xBF\xBD",
+      "\xEF\xBF\xBD\xEF\xBF\xBD",
+      "\xEF\xBF\xBD\xF0\x9F\x98\x80",
+      "\xEF\xBF\xBDz",
+      "\xF0\x9F\x98\x80\xEF\xBF\xBD",
   };
   for (std::size_t row = 0; row < std::size(rows); ++row) {
     EXPECT_EQ(UTF16to8(rows[row]), expected[row]) << row;
@@ -102,8 +110,7 @@ class CommaPunctuation : public std::numpunct<char> {
 };
 
 TEST(UTF8StringStream, WritesNumbersAlikeInEveryLocale) {
-  const std::locale previous =
-      std::locale::global(std::locale(std::locale::classic(), new CommaPunctuation));
+  const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new CommaPunctuation));
   UTF8StringStream stream;
   stream << 1234567 << ' ' << 1.5 << ' ' << 10.0 << ' ' << "\xC3\xA9" << std::flush;
   std::locale::global(previous);

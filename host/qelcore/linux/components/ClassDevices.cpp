@@ -35,8 +35,8 @@ bool IsPartOfParent(std::string_view bus) {
   return bus == "virtio" || bus == "platform" || bus == "auxiliary" || bus == "hdaudio" || bus == "soundwire";
 }
 
-/// Looks for the PCI or USB device that a class entry's device is a part of. Nothing for Bluetooth, and for what
-/// is not in the tree of devices.
+/// Looks for the PCI or USB device that a class entry's device is a part of. Nothing for Bluetooth, and for
+/// what is not in the tree of devices.
 std::optional<Owner> FindOwner(const RootedFiles& files, const std::string& leaf) {
   constexpr std::string_view kTree = "sys/devices/";
   if (!leaf.starts_with(kTree)) return std::nullopt;

@@ -1,6 +1,6 @@
 // Properties of the display devices.
-#include <algorithm>
 #include <cstddef>
+#include <string>
 
 #include "host/qelcore/linux/components/Drivers.h"
 #include "host/qelcore/linux/components/PlainText.h"

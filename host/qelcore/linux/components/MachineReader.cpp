@@ -1,6 +1,7 @@
 #include "host/qelcore/MachineReader.h"
 
 #include <chrono>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -15,8 +16,6 @@
 namespace qelcore::host {
 namespace {
 
-using components::PropertyKeeping;
-
 std::int64_t SecondsSince1970() {
   const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
   return std::chrono::duration_cast<std::chrono::seconds>(sinceEpoch).count();
@@ -28,24 +27,20 @@ std::optional<std::uint64_t> FreeBytes(const filesupport::Dir& directory) {
   return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
 }
 
-/// Where the properties are kept. Nothing when there is no preferences directory.
-std::optional<PropertyKeeping> FindKeeping(bool explicitRun) {
-  try {
-    return PropertyKeeping{filesupport::Dir::PrefDir(), explicitRun, SecondsSince1970()};
-  } catch (...) {
-    LogException(std::current_exception(), components::kLogContext);
-    return std::nullopt;
-  }
-}
-
 }  // namespace
 
 utility::OSComponentRegistry::Components ReadThisMachine(bool explicitRun) {
   components::Surroundings surroundings = components::SurroundingsOfThisProcess();
-  std::optional<PropertyKeeping> keeping;
+  std::optional<components::PropertyKeeping> keeping;
   if (utility::OSComponent::SupportsProperties()) {
-    keeping = FindKeeping(explicitRun);
-    if (keeping) surroundings.mFreeBytes = FreeBytes(keeping->mDirectory);
+    try {
+      const filesupport::Dir preferences = filesupport::Dir::PrefDir();
+      keeping = components::PropertyKeeping{preferences, explicitRun, SecondsSince1970()};
+      surroundings.mFreeBytes = FreeBytes(preferences);
+    } catch (...) {
+      // Without a preferences directory the properties are read and not kept.
+      LogException(std::current_exception(), components::kLogContext);
+    }
   }
   return components::ReadMachine("/", surroundings, keeping);
 }

@@ -86,8 +86,7 @@ OSComponentVersion VersionInPackageList(std::string_view list, const std::string
 OSComponentVersion VersionOfDpkg(const RootedFiles& files) {
   const std::optional<std::string> list = files.Read("var/lib/dpkg/status", kLongestPackageList);
   if (!list) return {};
-  // The first is a package with a library only; the second exists with a proper version in older releases
-  // too.
+  // Releases since 2024 have the drivers in the first package, older ones in the second.
   if (const auto version = VersionInPackageList(*list, "mesa-libgallium")) return version;
   return VersionInPackageList(*list, "libgl1-mesa-dri");
 }

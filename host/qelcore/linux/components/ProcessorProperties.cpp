@@ -1,10 +1,13 @@
 // Properties of the processor and the memory.
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/qelcore/linux/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"

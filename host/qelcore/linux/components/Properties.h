@@ -4,7 +4,6 @@
 // a machine. A property whose value cannot be read is left out.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>

@@ -1,5 +1,6 @@
 #include "host/qelcore/linux/components/ReadMachine.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -26,18 +27,18 @@ void Add(Components& components, OSComponent component) {
 
 void AddDevices(const RootedFiles& files, const std::vector<Device>& devices, const OperatingSystem& system,
                 const Surroundings& surroundings, Components& components) {
-  auto place = devices.begin();
-  for (; place != devices.end() && place->mType == OSComponentType::kVideo; ++place) {
-    Add(components, {place->mType, place->mName,
-                     DriverVersion(files, *place, system.mKernelVersion, surroundings.mAskNetworkDriver)});
-  }
-  if (place != devices.begin()) {
+  const auto add = [&](const Device& device) {
+    Add(components, {device.mType, device.mName,
+                     DriverVersion(files, device, system.mKernelVersion, surroundings.mAskNetworkDriver)});
+  };
+  const auto endOfVideo = std::find_if(devices.begin(), devices.end(), [](const Device& device) {
+    return device.mType != OSComponentType::kVideo;
+  });
+  std::for_each(devices.begin(), endOfVideo, add);
+  if (endOfVideo != devices.begin()) {
     if (const auto mesa = MesaVersion(files)) Add(components, {OSComponentType::kVideo, "Mesa", mesa});
   }
-  for (; place != devices.end(); ++place) {
-    Add(components, {place->mType, place->mName,
-                     DriverVersion(files, *place, system.mKernelVersion, surroundings.mAskNetworkDriver)});
-  }
+  std::for_each(endOfVideo, devices.end(), add);
 }
 
 std::optional<Properties> TakeKept(const std::optional<PropertyKeeping>& keeping,

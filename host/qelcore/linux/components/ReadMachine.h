@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 #include "host/qelcore/linux/components/Surroundings.h"
 #include "platform/qelcore/Components.h"

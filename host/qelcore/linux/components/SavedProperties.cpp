@@ -3,6 +3,7 @@
 #include <any>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "platform/qelcore/Json.h"
 

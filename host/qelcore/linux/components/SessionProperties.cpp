@@ -1,6 +1,6 @@
 // Properties that come from the process's surroundings: language, desktop, display server, free space.
-#include <algorithm>
-#include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "host/qelcore/linux/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"
@@ -18,7 +18,7 @@ std::string Language(const Surroundings& surroundings) {
 }
 
 std::string DisplayServer(const Surroundings& surroundings) {
-  const std::string session = surroundings.Variable("XDG_SESSION_TYPE");
+  std::string session = surroundings.Variable("XDG_SESSION_TYPE");
   if (session == "wayland" || session == "x11") return session;
   if (!surroundings.Variable("WAYLAND_DISPLAY").empty()) return "wayland";
   return surroundings.Variable("DISPLAY").empty() ? "none" : "x11";

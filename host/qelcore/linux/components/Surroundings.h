@@ -2,6 +2,7 @@
 // replay of a recorded machine from the record.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -29,7 +30,7 @@ struct Surroundings {
 };
 
 /// The environment variables that properties are made from. No other is ever looked at.
-inline constexpr std::string_view kVariables[] = {
+inline constexpr std::array<std::string_view, 7> kVariables{
     "DISPLAY", "LANG", "LC_ALL", "LC_MESSAGES", "WAYLAND_DISPLAY", "XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE"};
 
 /// The surroundings of this process, without the free space.

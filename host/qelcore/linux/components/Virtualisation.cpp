@@ -1,8 +1,8 @@
 // Whether the machine is a virtual one or a container, told from files alone.
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "host/qelcore/linux/components/PlainText.h"

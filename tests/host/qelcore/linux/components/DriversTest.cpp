@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
+#include "tests/host/qelcore/linux/components/RowName.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace qelcore::host::components {
@@ -78,6 +81,10 @@ struct AskRow {
   const char* mAnswer;
   const char* mVersion;
   const char* mAsked;
+  friend void PrintTo(const AskRow& row, std::ostream* stream) {
+    *stream << testsupport::RowName(std::string(row.mTaint) + row.mInterface + "/" + row.mState +
+                                    row.mAnswer);
+  }
 };
 
 class AskDriverTest : public DriversTest, public ::testing::WithParamInterface<AskRow> {};
@@ -115,6 +122,14 @@ TEST(AskNetworkDriverTest, AnswersNothingForWhatIsNoInterface) {
   EXPECT_EQ(AskNetworkDriver(""), "");
   EXPECT_EQ(AskNetworkDriver("no-such-if"), "");
   EXPECT_EQ(AskNetworkDriver("a name that is longer than any interface's"), "");
+}
+
+TEST(AskNetworkDriverTest, AnswersInShortTextsForTheInterfacesOfThisMachine) {
+  for (const std::string& interface : RootedFiles("/").List("sys/class/net")) {
+    const std::string answer = AskNetworkDriver(interface);
+    EXPECT_LE(answer.size(), 32u) << interface;
+    EXPECT_EQ(answer.find('\0'), std::string::npos) << interface;
+  }
 }
 
 }  // namespace

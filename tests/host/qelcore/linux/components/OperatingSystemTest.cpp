@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
+#include "tests/host/qelcore/linux/components/RowName.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace qelcore::host::components {
@@ -14,6 +17,9 @@ struct ReleaseRow {
   std::string_view mName;
   std::string_view mVersion;
   std::string_view mTitle;
+  friend void PrintTo(const ReleaseRow& row, std::ostream* stream) {
+    *stream << testsupport::RowName(row.mContent);
+  }
 };
 
 class ReleaseFileTest : public ::testing::TestWithParam<ReleaseRow> {};

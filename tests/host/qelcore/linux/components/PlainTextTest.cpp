@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 #include <vector>
+
+#include "tests/host/qelcore/linux/components/RowName.h"
 
 namespace qelcore::host::components {
 namespace {
@@ -22,12 +25,15 @@ TEST(PlainTextTest, TrimsBothSides) {
 struct CleanTextRow {
   std::string_view mBytes;
   std::string_view mText;
+  friend void PrintTo(const CleanTextRow& row, std::ostream* stream) {
+    *stream << testsupport::RowName(row.mBytes);
+  }
 };
 
 class CleanTextTest : public ::testing::TestWithParam<CleanTextRow> {};
 
 TEST_P(CleanTextTest, GivesValidUtf8OnOneLine) {
-  EXPECT_EQ(CleanText(GetParam().mBytes), GetParam().mText);
+  EXPECT_EQ(CleanText(GetParam().mBytes), GetParam().mText) << GetParam().mBytes;
 }
 
 INSTANTIATE_TEST_SUITE_P(

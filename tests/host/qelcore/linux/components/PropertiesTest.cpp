@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "tests/host/qelcore/linux/components/MachineTree.h"
+#include "tests/host/qelcore/linux/components/RowName.h"
 
 namespace qelcore::host::components {
 namespace {
@@ -40,6 +43,10 @@ struct PropertyRow {
   std::string_view mTree;
   std::string_view mName;
   std::string_view mValue;  ///< empty when the property is left out
+  friend void PrintTo(const PropertyRow& row, std::ostream* stream) {
+    *stream << row.mName << "/" << testsupport::RowName(row.mTree.substr(row.mTree.rfind('/') + 1))
+            << row.mTree.size();
+  }
 };
 
 class PropertyTest : public ::testing::TestWithParam<PropertyRow> {};

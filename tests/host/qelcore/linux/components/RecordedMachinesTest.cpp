@@ -1,13 +1,345 @@
+// What the reader makes of the recorded machines, whole: every name, version, value, and the order.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iostream>
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <vector>
+
 #include "tests/host/qelcore/linux/components/MachineTree.h"
+
+namespace qelcore::host::components {
+namespace {
+
+using ::testing::ElementsAreArray;
 using testsupport::Lines;
 using testsupport::MachineTree;
-TEST(Dump, All) {
-  qelcore::utility::OSComponent::EnableSupportProperties(true);
-  for (auto& n : MachineTree::Names()) {
-    std::cout << "== " << n << "\n";
-    for (auto& l : Lines(MachineTree::Recorded(n).Read())) std::cout << l << "\n";
-  }
+
+struct RecordedMachine {
+  std::string mName;
+  std::vector<std::string> mLines;
+
+  friend void PrintTo(const RecordedMachine& machine, std::ostream* stream) { *stream << machine.mName; }
+};
+
+const std::vector<RecordedMachine>& RecordedMachines() {
+  static const std::vector<RecordedMachine> kMachines{
+      {"arm-board",
+       {
+           "OS | Linux | 6.6.31.0",
+           "OS | Debian GNU/Linux | 12.0.0.0",
+           "Video | brcm,bcm2711-vc5 | 6.6.31.0",
+           "Video | brcm,2711-v3d | 6.6.31.0",
+           "Video | Mesa | 23.2.1.0",
+           "Audio | bcm2835_audio | 6.6.31.0",
+           "Audio | brcm,bcm2711-hdmi0 | 6.6.31.0",
+           "Audio | brcm,bcm2711-hdmi1 | 6.6.31.0",
+           "Network | brcm,bcm2711-genet-v5 | 6.6.31.0",
+           "Network | SDIO device 02d0:a9a6 | 6.6.31.0",
+           "Property | cpu.cores | 4",
+           "Property | cpu.logical_processors | 4",
+           "Property | cpu.name | arm,cortex-a72",
+           "Property | disk.free_gb | 12",
+           "Property | display.server | none",
+           "Property | gpu.0.kernel_driver | vc4-drm",
+           "Property | gpu.1.kernel_driver | v3d",
+           "Property | gpu.count | 2",
+           "Property | memory.mb | 3793",
+           "Property | os.architecture | aarch64",
+           "Property | os.distribution | Debian GNU/Linux 12 (bookworm)",
+           "Property | os.kernel_release | 6.6.31+rpt-rpi-v8",
+           "Property | os.language | en_GB",
+           "Property | swap.mb | 99",
+           "Property | system.model | Raspberry Pi 4 Model B Rev 1.4",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | none",
+       }},
+      {"container",
+       {
+           "OS | Linux | 6.1.0.18",
+           "OS | Alpine Linux | 3.19.1.0",
+           "Property | cpu.cores | 1",
+           "Property | cpu.logical_processors | 2",
+           "Property | cpu.name | Intel(R) Xeon(R) CPU",
+           "Property | display.server | none",
+           "Property | gpu.count | 0",
+           "Property | memory.mb | 2000",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Alpine Linux v3.19",
+           "Property | os.kernel_release | 6.1.0-18-amd64",
+           "Property | swap.mb | 0",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | container",
+       }},
+      {"desktop-nvidia",
+       {
+           "OS | Linux | 6.2.0.35",
+           "OS | Ubuntu | 22.4.0.0",
+           "Video | NVIDIA Corporation GA104 [GeForce RTX 3070] | 535.113.1.0",
+           "Video | Mesa | 23.0.4.0",
+           "Audio | Intel Corporation Alder Lake-S HD Audio Controller | 6.2.0.35",
+           "Audio | NVIDIA Corporation GA104 High Definition Audio Controller | 6.2.0.35",
+           "Network | Intel Corporation Ethernet Controller I225-V | 6.2.0.35",
+           "Property | bios.date | 2023-03-14",
+           "Property | bios.vendor | American Megatrends Inc.",
+           "Property | bios.version | 2305",
+           "Property | cpu.cores | 3",
+           "Property | cpu.logical_processors | 6",
+           "Property | cpu.name | 12th Gen Intel(R) Core(TM) i7-12700K",
+           "Property | desktop.session | ubuntu:GNOME",
+           "Property | disk.free_gb | 425",
+           "Property | display.server | x11",
+           "Property | gpu.0.device_id | 0x2484",
+           "Property | gpu.0.kernel_driver | nvidia",
+           "Property | gpu.0.vendor_id | 0x10de",
+           "Property | gpu.count | 1",
+           "Property | gpu.device_ids | 10de:2484",
+           "Property | gpu.nvidia_module | 535.113.01",
+           "Property | memory.mb | 31884",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Ubuntu 22.04.3 LTS",
+           "Property | os.kernel_release | 6.2.0-35-generic",
+           "Property | os.language | de_DE",
+           "Property | swap.mb | 2047",
+           "Property | system.chassis | desktop",
+           "Property | system.manufacturer | ASUS",
+           "Property | system.model | ROG STRIX Z690-A",
+           "Property | system.secure_boot | enabled",
+           "Property | system.virtualisation | none",
+       }},
+      {"hostile",
+       {
+           "OS | Linux | 6.1.0.0",
+           "OS | Evil Linux\xef\xbf\xbd | ",
+           "Video | Intel Corporation Alder Lake-P Integrated Graphics Controller | 6.1.0.0",
+           "Audio | PCI device ffffffff:0001 | 6.1.0.0",
+           "Network | Intel Corporation Ethernet Controller I225-V | 6.1.0.0",
+           "Property | cpu.logical_processors | 1",
+           "Property | cpu.name | \xef\xbf\xbd(",
+           "Property | desktop.session | [31mred",
+           "Property | display.server | none",
+           "Property | gpu.0.device_id | 0x46a6",
+           "Property | gpu.0.kernel_driver | i915",
+           "Property | gpu.0.vendor_id | 0x8086",
+           "Property | gpu.count | 1",
+           "Property | gpu.device_ids | 8086:46a6",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Evil Linux",
+           "Property | os.kernel_release | 6.1.99999999999999-evil",
+           "Property | os.language | \xef\xbf\xbd\xef\xbf\xbd",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | none",
+       }},
+      {"laptop-hybrid",
+       {
+           "OS | Linux | 6.7.4.0",
+           "OS | Arch Linux | ",
+           "Video | Intel Corporation Alder Lake-P Integrated Graphics Controller | 6.7.4.0",
+           "Video | Advanced Micro Devices, Inc. [AMD/ATI] Navi 24 [Radeon RX 6400/6500 XT/6500M] | 6.7.4.0",
+           "Video | Mesa | 24.0.1.0",
+           "Audio | Intel Corporation Alder Lake PCH-P High Definition Audio Controller | 6.7.4.0",
+           "Audio | Advanced Micro Devices, Inc. [AMD/ATI] Navi 21/23 HDMI/DP Audio Controller | 6.7.4.0",
+           "Audio | Advanced Micro Devices, Inc. [AMD] ACP/ACP3X/ACP6x Audio Coprocessor | 6.7.4.0",
+           "Network | Intel Corporation Alder Lake-P PCH CNVi WiFi | 6.7.4.0",
+           "Property | bios.vendor | LENOVO",
+           "Property | bios.version | N3AET75W (1.40 )",
+           "Property | cpu.cores | 4",
+           "Property | cpu.logical_processors | 4",
+           "Property | cpu.name | 12th Gen Intel(R) Core(TM) i5-1240P",
+           "Property | desktop.session | KDE",
+           "Property | disk.free_gb | 0",
+           "Property | display.server | wayland",
+           "Property | gpu.0.device_id | 0x46a6",
+           "Property | gpu.0.kernel_driver | i915",
+           "Property | gpu.0.vendor_id | 0x8086",
+           "Property | gpu.1.device_id | 0x743f",
+           "Property | gpu.1.kernel_driver | amdgpu",
+           "Property | gpu.1.vendor_id | 0x1002",
+           "Property | gpu.count | 2",
+           "Property | gpu.device_ids | 8086:46a6 1002:743f",
+           "Property | memory.mb | 15728",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Arch Linux",
+           "Property | os.kernel_release | 6.7.4-arch1-1",
+           "Property | os.language | fr_FR",
+           "Property | swap.mb | 0",
+           "Property | system.chassis | laptop",
+           "Property | system.manufacturer | LENOVO",
+           "Property | system.model | 21CB000GGE",
+           "Property | system.secure_boot | disabled",
+           "Property | system.virtualisation | none",
+       }},
+      {"server-aspeed",
+       {
+           "OS | Linux | 6.1.0.18",
+           "OS | Debian GNU/Linux | 12.0.0.0",
+           "Video | ASPEED Technology, Inc. ASPEED Graphics Family | 6.1.0.18",
+           "Network | Intel Corporation Ethernet Controller X550 | 6.1.0.18",
+           "Network | Intel Corporation Ethernet Controller X550 | 6.1.0.18",
+           "Network | Intel Corporation Ethernet Controller E810-C for QSFP | ",
+           "Network | Mellanox Technologies MT27800 Family [ConnectX-5] | 23.10.1.1",
+           "Property | bios.date | 2022-09-14",
+           "Property | bios.vendor | American Megatrends Inc.",
+           "Property | bios.version | 2.5",
+           "Property | cpu.cores | 4",
+           "Property | cpu.logical_processors | 8",
+           "Property | cpu.name | AMD EPYC 7543 32-Core Processor",
+           "Property | disk.free_gb | 0",
+           "Property | display.server | none",
+           "Property | gpu.0.device_id | 0x2000",
+           "Property | gpu.0.kernel_driver | ast",
+           "Property | gpu.0.vendor_id | 0x1a03",
+           "Property | gpu.count | 1",
+           "Property | gpu.device_ids | 1a03:2000",
+           "Property | memory.mb | 257672",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Debian GNU/Linux 12 (bookworm)",
+           "Property | os.kernel_release | 6.1.0-18-amd64",
+           "Property | os.language | C",
+           "Property | swap.mb | 976",
+           "Property | system.chassis | server",
+           "Property | system.manufacturer | Supermicro",
+           "Property | system.model | AS -1114S-WN10RT",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | none",
+       }},
+      {"usb-devices",
+       {
+           "OS | Linux | 5.15.80.0",
+           "OS | Gentoo | 2.14.0.0",
+           "Video | Intel Corporation GeminiLake [UHD Graphics 600] | 5.15.80.0",
+           "Video | Mesa | 25.0.7.0",
+           "Audio | Intel Corporation Celeron/Pentium Silver Processor High Definition Audio | 5.15.80.0",
+           "Audio | Logitech, Inc. Webcam C270 | 5.15.80.0",
+           "Audio | USB device f055:1234 | 5.15.80.0",
+           "Audio | Focusrite-Novation Scarlett 2i2 3rd Gen | 5.15.80.0",
+           "Network | Linux Foundation Device 0104 | 5.15.80.0",
+           "Network | Realtek Semiconductor Corp. RTL8153 Gigabit Ethernet Adapter | 1.12.12.0",
+           "Property | bios.date | 2019-07-30",
+           "Property | bios.vendor | American Megatrends Inc.",
+           "Property | bios.version | P1.40",
+           "Property | cpu.cores | 4",
+           "Property | cpu.logical_processors | 4",
+           "Property | cpu.name | Intel(R) Celeron(R) J4105 CPU @ 1.50GHz",
+           "Property | desktop.session | XFCE",
+           "Property | disk.free_gb | 32",
+           "Property | display.server | x11",
+           "Property | gpu.0.device_id | 0x3185",
+           "Property | gpu.0.kernel_driver | i915",
+           "Property | gpu.0.vendor_id | 0x8086",
+           "Property | gpu.count | 1",
+           "Property | gpu.device_ids | 8086:3185",
+           "Property | memory.mb | 7797",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Gentoo Linux",
+           "Property | os.kernel_release | 5.15.80-gentoo-x86_64",
+           "Property | os.language | ja_JP",
+           "Property | swap.mb | 0",
+           "Property | system.chassis | desktop",
+           "Property | system.manufacturer | To Be Filled By O.E.M.",
+           "Property | system.model | J4105-ITX",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | none",
+       }},
+      {"vm-virtio",
+       {
+           "OS | Linux | 6.5.6.300",
+           "OS | Fedora Linux | 39.0.0.0",
+           "Video | Red Hat, Inc. QXL paravirtual graphic card | 6.5.6.300",
+           "Video | Red Hat, Inc. Virtio 1.0 GPU | 6.5.6.300",
+           "Video | Mesa | 24.2.4.0",
+           "Audio | Intel Corporation 82801FB/FBM/FR/FW/FRW (ICH6 Family) High Definition Audio Controller | "
+           "6.5.6.300",
+           "Network | Red Hat, Inc. Virtio network device | 6.5.6.300",
+           "Network | Virtio network device | 6.5.6.300",
+           "Property | bios.date | 2014-04-01",
+           "Property | bios.vendor | SeaBIOS",
+           "Property | bios.version | 1.16.2-1.fc38",
+           "Property | cpu.cores | 2",
+           "Property | cpu.logical_processors | 2",
+           "Property | cpu.name | Common KVM processor",
+           "Property | desktop.session | GNOME",
+           "Property | disk.free_gb | 20",
+           "Property | display.server | wayland",
+           "Property | gpu.0.device_id | 0x0100",
+           "Property | gpu.0.kernel_driver | qxl",
+           "Property | gpu.0.vendor_id | 0x1b36",
+           "Property | gpu.1.device_id | 0x1050",
+           "Property | gpu.1.kernel_driver | virtio_gpu",
+           "Property | gpu.1.vendor_id | 0x1af4",
+           "Property | gpu.count | 2",
+           "Property | gpu.device_ids | 1b36:0100 1af4:1050",
+           "Property | memory.mb | 7949",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Fedora Linux 39 (Workstation Edition)",
+           "Property | os.kernel_release | 6.5.6-300.fc39.x86_64",
+           "Property | os.language | en_US",
+           "Property | swap.mb | 8191",
+           "Property | system.manufacturer | QEMU",
+           "Property | system.model | Standard PC (Q35 + ICH9, 2009)",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | kvm",
+       }},
+      {"vm-vmware",
+       {
+           "OS | Linux | 4.18.0.348",
+           "OS | Rocky Linux | 8.5.0.0",
+           "Video | VMware SVGA II Adapter | 2.15.0.0",
+           "Audio | Ensoniq Device 5880 | 4.18.0.348",
+           "Network | VMware VMXNET3 Ethernet Controller | 1.5.0.0",
+           "Network | PCI device feed:beef | ",
+           "Property | bios.date | 2021-06-25",
+           "Property | bios.vendor | VMware, Inc.",
+           "Property | bios.version | VMW71.00V.18227214.B64.2106252220",
+           "Property | cpu.cores | 2",
+           "Property | cpu.logical_processors | 2",
+           "Property | cpu.name | Intel(R) Xeon(R) Gold 6230 CPU @ 2.10GHz",
+           "Property | display.server | x11",
+           "Property | gpu.0.device_id | 0x0405",
+           "Property | gpu.0.kernel_driver | vmwgfx",
+           "Property | gpu.0.vendor_id | 0x15ad",
+           "Property | gpu.count | 1",
+           "Property | gpu.device_ids | 15ad:0405",
+           "Property | memory.mb | 3735",
+           "Property | os.architecture | x86_64",
+           "Property | os.distribution | Rocky Linux 8.5 (Green Obsidian)",
+           "Property | os.kernel_release | 4.18.0-348.el8.x86_64",
+           "Property | swap.mb | 2048",
+           "Property | system.manufacturer | VMware, Inc.",
+           "Property | system.model | VMware7,1",
+           "Property | system.secure_boot | unavailable",
+           "Property | system.virtualisation | vmware",
+       }},
+  };
+  return kMachines;
 }
+
+class RecordedMachineTest : public ::testing::TestWithParam<RecordedMachine> {};
+
+TEST_P(RecordedMachineTest, HasTheseComponents) {
+  utility::OSComponent::EnableSupportProperties(true);
+  EXPECT_THAT(Lines(MachineTree::Recorded(GetParam().mName).Read()), ElementsAreArray(GetParam().mLines));
+}
+
+TEST_P(RecordedMachineTest, HasNoPropertiesUntilTheyAreSwitchedOn) {
+  std::vector<std::string> lines = GetParam().mLines;
+  std::erase_if(lines, [](const std::string& line) { return line.starts_with("Property"); });
+  EXPECT_THAT(Lines(MachineTree::Recorded(GetParam().mName).Read()), ElementsAreArray(lines));
+}
+
+INSTANTIATE_TEST_SUITE_P(Recorded, RecordedMachineTest, ::testing::ValuesIn(RecordedMachines()),
+                         [](const auto& row) {
+                           std::string name = row.param.mName;
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
+
+TEST(RecordedMachinesTest, AreAllCovered) {
+  std::vector<std::string> names;
+  for (const RecordedMachine& machine : RecordedMachines()) names.push_back(machine.mName);
+  EXPECT_THAT(MachineTree::Names(), ElementsAreArray(names));
+}
+
+}  // namespace
+}  // namespace qelcore::host::components

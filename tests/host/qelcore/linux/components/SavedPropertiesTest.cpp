@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "tests/support/TemporaryDirectory.h"
 
 namespace qelcore::host::components {
@@ -42,8 +44,7 @@ TEST_F(SavedPropertiesTest, TheFileHasThisForm) {
   SaveProperties(mDirectory, mProperties, mSystem, kNow);
   EXPECT_EQ(mTemporary.Read("SystemProperties.json"),
             R"({"kernel_release":"6.1.0-18-amd64","memory.mb":"7949",)"
-            R"("os.distribution":"Ubuntu 22.04.3 LTS","saved_at":1700000000
-})");
+            R"("os.distribution":"Ubuntu 22.04.3 LTS","saved_at":1700000000})");
 }
 
 TEST_F(SavedPropertiesTest, SavingReplacesWhatWasSaved) {
@@ -97,6 +98,7 @@ TEST_F(SavedPropertiesTest, DeletesThem) {
 struct BrokenRow {
   const char* mName;
   const char* mContent;
+  friend void PrintTo(const BrokenRow& row, std::ostream* stream) { *stream << row.mName; }
 };
 
 class BrokenSavedPropertiesTest : public SavedPropertiesTest,
@@ -126,6 +128,7 @@ INSTANTIATE_TEST_SUITE_P(
 struct UnfitRow {
   const char* mName;
   const char* mContent;
+  friend void PrintTo(const UnfitRow& row, std::ostream* stream) { *stream << row.mName; }
 };
 
 class UnfitSavedPropertiesTest : public SavedPropertiesTest,

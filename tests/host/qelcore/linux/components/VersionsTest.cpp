@@ -2,12 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
+#include "tests/host/qelcore/linux/components/RowName.h"
+
 namespace qelcore::host::components {
 namespace {
 
 struct VersionRow {
   std::string_view mText;
   std::string_view mVersion;
+  friend void PrintTo(const VersionRow& row, std::ostream* stream) {
+    *stream << testsupport::RowName(row.mText);
+  }
 };
 
 class ReadVersionTest : public ::testing::TestWithParam<VersionRow> {};

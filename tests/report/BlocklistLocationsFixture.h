@@ -1,0 +1,38 @@
+// What the tests of the places of blocklists have in common.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "host/qelcore/HostSetup.h"
+#include "platform/qelcore/Files.h"
+#include "platform/qelcore/Text.h"
+#include "tests/support/TestHost.h"
+
+namespace testsupport {
+
+class BlocklistLocationsFixture : public ::testing::Test {
+ protected:
+  ~BlocklistLocationsFixture() override { qelcore::host::SetFileOperationHook({}); }
+
+  /// The file's path below the test's directory; its whole path when it lies elsewhere.
+  [[nodiscard]] std::string Place(const qelcore::filesupport::File& file) const {
+    const std::string path = qelcore::string::UTF16to8(file.GetFullPath());
+    const std::string root = mHost.Files().Path().string() + "/";
+    return path.starts_with(root) ? path.substr(root.size()) : path;
+  }
+
+  /// A whole path in quotation marks, as the trace has it.
+  [[nodiscard]] std::string Quoted(const std::string& relativePath) const {
+    return '"' + (mHost.Files().Path() / relativePath).string() + '"';
+  }
+
+  static void UseInstalled(const char* value) {
+    qelcore::host::SetDebugEntryForThisRun("qelsystemcompatibilityreport.use_installed_blocklist", value);
+  }
+
+  TestHost mHost;
+};
+
+}  // namespace testsupport
