@@ -18,15 +18,13 @@
 
 namespace qelappsupport {
 
-// ---- Feature switches
-// --------------------------------------------------------------------------------------
+// ---- Feature switches -------------------------------------------------------------------------------------
 
 /// Whether the host switched a feature on. Features are asked for by name; one that nobody knows is off. Any
 /// thread may call. Does not throw.
 [[nodiscard]] QELAPPSUPPORT_EXPORT bool IsFeatureEnabled(std::string_view name);
 
-// ---- Analytics events
-// --------------------------------------------------------------------------------------
+// ---- Analytics events -------------------------------------------------------------------------------------
 
 namespace analytics {
 

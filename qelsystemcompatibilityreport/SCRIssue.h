@@ -17,8 +17,7 @@ class QELSCR_EXPORT SCRIssue {
  public:
   SCRIssue(const OSComponent& component, const SCRRule& rule);
 
-  // ---- The component
-  // ---------------------------------------------------------------------------------------
+  // ---- The component --------------------------------------------------------------------------------------
 
   [[nodiscard]] std::string GetName() const { return mComponent.GetName(); }
   /// The name in a form that logs and events may carry.
@@ -29,8 +28,7 @@ class QELSCR_EXPORT SCRIssue {
   /// Whether the issue is about this component, or one equal to it.
   [[nodiscard]] bool IsOSComponent(const OSComponent& component) const { return mComponent == component; }
 
-  // ---- The rule
-  // --------------------------------------------------------------------------------------------
+  // ---- The rule -------------------------------------------------------------------------------------------
 
   [[nodiscard]] SCRRuleErrorLevel GetErrorLevel() const { return mRule.GetErrorLevel(); }
   /// By what the issue is remembered.

@@ -81,8 +81,7 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
  public:
   using PropertyComparisons = std::map<SCRPropertyOperator, std::string>;
 
-  // ---- Construction
-  // ----------------------------------------------------------------------------------------
+  // ---- Construction ---------------------------------------------------------------------------------------
 
   /// An empty rule, which matches nothing: kind `kInvalid`, level INFO.
   SCRRule();
@@ -119,8 +118,7 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   SCRRule& operator=(const SCRRule&);
   SCRRule& operator=(SCRRule&&) noexcept;
 
-  // ---- A component's virtual operations
-  // --------------------------------------------------------------------
+  // ---- A component's virtual operations -------------------------------------------------------------------
 
   ~SCRRule() override;
 
@@ -142,8 +140,7 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// comparisons share one.
   [[nodiscard]] std::string GetID() const override;
 
-  // ---- Content
-  // ---------------------------------------------------------------------------------------------
+  // ---- Content --------------------------------------------------------------------------------------------
 
   [[nodiscard]] std::vector<VersionRange> GetVersions() const { return mVersions; }
   [[nodiscard]] const std::vector<SCRRule>& GetDependencies() const { return mDependencies; }
@@ -167,8 +164,7 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// The inverse, compared byte for byte. Every other text, "warn" and "Fatal" included, gives INFO.
   [[nodiscard]] static SCRRuleErrorLevel StringToErrorLevel(const std::string& text);
 
-  // ---- Matching
-  // --------------------------------------------------------------------------------------------
+  // ---- Matching -------------------------------------------------------------------------------------------
 
   /// The components that the rule hits, in the registry's order, each at most once. They are shared with the
   /// registry, or with the process's memory of files. Does not throw; a name that is no valid expression is

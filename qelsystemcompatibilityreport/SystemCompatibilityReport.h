@@ -20,8 +20,7 @@
 
 namespace qelsystemcompatibilityreport {
 
-// ---- The master switch
-// -------------------------------------------------------------------------------------------
+// ---- The master switch ------------------------------------------------------------------------------------
 
 /// Turns the whole service on or off for this process. On at load. While it is off every function below but
 /// `DeleteReportSavedState` returns at once without effect, and every count is 0.
@@ -30,8 +29,7 @@ QELSCR_EXPORT void EnableReports(bool enable);
 /// Whether the service is on.
 [[nodiscard]] QELSCR_EXPORT bool ReportsEnabled();
 
-// ---- Runs
-// --------------------------------------------------------------------------------------------------------
+// ---- Runs -------------------------------------------------------------------------------------------------
 
 /// Writes the text report of this machine to `outputPath`, in place of what is there, and remembers the
 /// issues. `applicationName` and `outputPath` are UTF-16. Without a blocklist the report lists the components
@@ -39,8 +37,7 @@ QELSCR_EXPORT void EnableReports(bool enable);
 /// path means that no file is written.
 QELSCR_EXPORT void RunReportToFile(const std::u16string& applicationName, const std::u16string& outputPath);
 
-// ---- What the last run of this process found
-// ---------------------------------------------------------------------
+// ---- What the last run of this process found --------------------------------------------------------------
 
 /// The number of remembered issues of each level after the last run in this process; 0 before the first. Two
 /// components hit by one rule count as one.
@@ -49,8 +46,7 @@ QELSCR_EXPORT void RunReportToFile(const std::u16string& applicationName, const 
 [[nodiscard]] QELSCR_EXPORT std::uint64_t CountErrorIncompatibilities();
 [[nodiscard]] QELSCR_EXPORT std::uint64_t CountFatalIncompatibilities();
 
-// ---- What is remembered
-// ------------------------------------------------------------------------------------------
+// ---- What is remembered -----------------------------------------------------------------------------------
 
 /// Whether a launch run may open the report dialog: true when nothing is remembered, false while the service
 /// is off.

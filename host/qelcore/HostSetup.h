@@ -26,8 +26,7 @@
 
 namespace qelcore::host {
 
-// ---- Application
-// -------------------------------------------------------------------------------------------
+// ---- Application ------------------------------------------------------------------------------------------
 
 /// Directories as UTF-8 paths. An empty one stands for the platform's usual place: on Linux
 /// `$XDG_CONFIG_HOME/scr`, the data directory beside or below the program (`../share/scr`, or the source
@@ -64,8 +63,7 @@ QELCORE_EXPORT bool BeginProcess();
 /// Runs the termination actions, the last registered first. Called once, before the program ends.
 QELCORE_EXPORT void EndProcess();
 
-// ---- Machine
-// -----------------------------------------------------------------------------------------------
+// ---- Machine ----------------------------------------------------------------------------------------------
 
 using ComponentSource = std::function<std::shared_ptr<const utility::OSComponentRegistry>(bool explicitRun)>;
 
@@ -104,8 +102,7 @@ enum class FileOperation {
 /// away.
 QELCORE_EXPORT void SetFileOperationHook(std::function<void(FileOperation, const std::string& path)> hook);
 
-// ---- Diagnostics
-// -------------------------------------------------------------------------------------------
+// ---- Diagnostics ------------------------------------------------------------------------------------------
 
 /// Records messages of all channels up to `level` (0 none, the default), and moves the change counter.
 /// Messages go to `trace.log` in the state directory, at most 1 MiB and one older file, and to standard error
@@ -130,8 +127,7 @@ QELCORE_EXPORT void SetExceptionSink(
 /// What an exception says: its `what`, or a text that says that it is of an unknown kind.
 [[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
 
-// ---- Debug settings
-// ----------------------------------------------------------------------------------------
+// ---- Debug settings ---------------------------------------------------------------------------------------
 
 /// Sets an entry for this process only.
 QELCORE_EXPORT void SetDebugEntryForThisRun(std::string_view key, std::string_view value);
@@ -147,8 +143,7 @@ QELCORE_EXPORT bool RemoveDebugEntry(std::string_view key);
 /// All entries that were set or asked for, with their current value, in sorted order of keys.
 [[nodiscard]] QELCORE_EXPORT std::map<std::string, std::string> GetDebugEntries();
 
-// ---- Main thread
-// -------------------------------------------------------------------------------------------
+// ---- Main thread ------------------------------------------------------------------------------------------
 
 /// Runs the tasks of the main thread's queue that are due, on the calling thread. Returns how many ran.
 QELCORE_EXPORT std::size_t RunDueMainThreadTasks();

@@ -55,7 +55,7 @@ const Value* FindTyped(const Dictionary& object, std::string_view key, const cha
   if (member == nullptr) {
     return nullptr;
   }
-  const Value* const value = std::any_cast<Value>(member);
+  const auto* const value = std::any_cast<Value>(member);
   if (value == nullptr) {
     ThrowTypeError(Quoted(key), *member, expected);
   }

@@ -39,8 +39,8 @@ std::uint64_t IPlatformByteStream::GetLength() const {
 std::string IPlatformByteStream::ReadAll() {
   host::AnnounceFileOperation(host::FileOperation::kRead, mImplementation->mPath);
   // The length is a hint only: a file may grow while it is read, and some have no length at all.
-  constexpr std::size_t kSmallestBlock = 64 * 1024;
-  constexpr std::uint64_t kLargestHint = 64 * 1024 * 1024;
+  constexpr std::size_t kSmallestBlock = 65'536;
+  constexpr std::uint64_t kLargestHint = 67'108'864;
   const auto hint = static_cast<std::size_t>(std::min(GetLength(), kLargestHint));
   std::string content;
   std::size_t used = 0;

@@ -26,8 +26,7 @@ inline constexpr bool kSystemHasProperties = false;
 [[nodiscard]] std::string UsualDocumentsDirectory();
 [[nodiscard]] std::string UsualStateDirectory();
 
-// ---- Environment
-// -------------------------------------------------------------------------------------------
+// ---- Environment ------------------------------------------------------------------------------------------
 
 /// The environment's language, such as "de_DE"; empty when it has none.
 [[nodiscard]] std::string EnvironmentLanguage();
@@ -38,8 +37,7 @@ inline constexpr bool kSystemHasProperties = false;
 /// `FileUtils::ConvertEnvPath` on this system.
 [[nodiscard]] int ExpandEnvironment(std::string& path);
 
-// ---- Files
-// -------------------------------------------------------------------------------------------------
+// ---- Files ------------------------------------------------------------------------------------------------
 
 /// The version that this system gives to a file of its own kind, from the file's path alone and a look at its
 /// beginning; empty when the file is of another kind or cannot be read.

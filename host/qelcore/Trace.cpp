@@ -20,7 +20,7 @@ namespace qelcore {
 
 namespace {
 
-constexpr std::size_t kLargestFile = 1024 * 1024;
+constexpr std::size_t kLargestFile = 1'048'576;
 constexpr std::size_t kOlderFiles = 1;
 constexpr const char* kFileName = "trace.log";
 constexpr const char* kPattern = "%Y-%m-%d %H:%M:%S.%e %t [%n] %v";

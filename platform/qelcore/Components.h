@@ -134,8 +134,7 @@ class QELCORE_EXPORT OSComponent {
   OSComponent& operator=(const OSComponent&);
   OSComponent& operator=(OSComponent&&) noexcept;
 
-  // ---- Virtual operations. Their order is fixed.
-  // -----------------------------------------------------------
+  // ---- Virtual operations. Their order is fixed. ----------------------------------------------------------
 
   virtual ~OSComponent();
 
@@ -155,8 +154,7 @@ class QELCORE_EXPORT OSComponent {
   /// The identifier that somebody gave the component: empty, since no JSON key and no operation gives one.
   [[nodiscard]] virtual std::string GetID() const;
 
-  // ---- Plain operations
-  // ------------------------------------------------------------------------------------
+  // ---- Plain operations -----------------------------------------------------------------------------------
 
   /// Parses JSON text, then reads it with the virtual `FromJSON`, whose result it returns. Text that is not
   /// JSON reaches `FromJSON` as an empty value.

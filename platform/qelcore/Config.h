@@ -14,8 +14,7 @@
 
 namespace qelcore::config {
 
-// ---- Parameters
-// --------------------------------------------------------------------------------------------
+// ---- Parameters -------------------------------------------------------------------------------------------
 
 /// Names of parameters that every application delivers.
 inline constexpr std::string_view kAppMajorVersion = "AppMajorVersion";
@@ -47,8 +46,7 @@ class QELCORE_EXPORT ProcessBeginEndNotificationRegistrar {
       std::function<void(const ConfigurationParameters&)> onProcessBegin);
 };
 
-// ---- Initializers
-// ------------------------------------------------------------------------------------------
+// ---- Initializers -----------------------------------------------------------------------------------------
 
 /// In which processes an initializer runs.
 enum class EInitializerContextFlags : std::uint32_t {
@@ -64,8 +62,7 @@ class QELCORE_EXPORT InitializerRegistrar {
                        EInitializerContextFlags flags = EInitializerContextFlags::kDefault);
 };
 
-// ---- Termination
-// -------------------------------------------------------------------------------------------
+// ---- Termination ------------------------------------------------------------------------------------------
 
 /// Asks for `action` to run when the host ends the process, in the reverse order of registration. `name` is
 /// what failures are logged under. An action that throws is logged and the others still run.

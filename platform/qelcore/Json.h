@@ -70,10 +70,10 @@ struct ParseError {
 /// Whether the object has the key, whatever its value's type.
 [[nodiscard]] QELCORE_EXPORT bool Has(const Dictionary& object, std::string_view key);
 
-// ---- Typed reads
-// ------------------------------------------------------------------------------------------- Each returns
-// null (or nothing) when the key is absent and throws `TypeError` when its value is of another type. The
-// pointers stay valid as long as the object does.
+// ---- Typed reads ------------------------------------------------------------------------------------------
+//
+// Each returns null (or nothing) when the key is absent and throws `TypeError` when its value is of another
+// type. The pointers stay valid as long as the object does.
 
 [[nodiscard]] QELCORE_EXPORT const std::string* FindText(const Dictionary& object, std::string_view key);
 [[nodiscard]] QELCORE_EXPORT const Array* FindArray(const Dictionary& object, std::string_view key);

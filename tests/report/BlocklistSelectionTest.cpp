@@ -75,6 +75,34 @@ TEST_F(BlocklistSelectionTest, WithNothingPresentItIsTheInstalledEnglishFile) {
   }
 }
 
+TEST_F(BlocklistSelectionTest, EachPlaceIsLookedAtOnceForEachLanguage) {
+  qelcore::host::SetApplicationLanguage("de_DE");
+  static_cast<void>(SelectBlocklistFile());  // makes the directories
+  const auto looks = [&](const std::vector<std::string>& languages) {
+    std::vector<std::string> messages;
+    for (const std::string& language : languages) {
+      const std::string name = "blocklist." + language + ".json";
+      messages.push_back("Download Restricted list File Location: " +
+                         Quoted("preferences/SystemCompatibilityReport/-1.-1/win/" + name));
+      messages.push_back("App Restricted list File Location: " +
+                         Quoted("application/SystemCompatibilityReport/" + name));
+    }
+    return messages;
+  };
+  const struct {
+    Language mRequested;
+    std::vector<std::string> mLanguages;
+  } rows[] = {{{}, {"de_DE", "en_US"}},
+              {"en_US", {"de_DE", "en_US"}},
+              {"de_DE", {"de_DE", "de_DE", "en_US"}},
+              {"fr_FR", {"de_DE", "fr_FR", "en_US"}}};
+  for (const auto& row : rows) {
+    mHost.mTrace.clear();
+    static_cast<void>(SelectBlocklistFile(row.mRequested));
+    EXPECT_EQ(mHost.Traced(6), looks(row.mLanguages)) << row.mRequested.value_or("nothing");
+  }
+}
+
 TEST_F(BlocklistSelectionTest, TheTestFileBeatsEverythingButTheSetting) {
   mHost.Files().Write("preferences/SystemCompatibilityReport/test/blocklist.json", "{}");
   mHost.Files().Write("preferences/SystemCompatibilityReport/Deployed/blocklist.en_US.json", "{}");

@@ -10,7 +10,7 @@
 namespace qelcore::host {
 
 UserAccount ReadUserAccount() {
-  constexpr std::size_t kLargestBuffer = 1024 * 1024;
+  constexpr std::size_t kLargestBuffer = 1'048'576;
   std::vector<char> buffer(1024);
   passwd entry{};
   passwd* found = nullptr;

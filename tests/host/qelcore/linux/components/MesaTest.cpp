@@ -78,9 +78,9 @@ TEST_F(MesaTest, OnlyInstalledPackagesCount) {
 TEST_F(MesaTest, NamesInsideOtherFieldsAreNoPackages) {
   mDirectory.Write(
       "var/lib/dpkg/status",
-      "Package: other\nStatus: install ok installed\nVersion: 1.0\nConflicts-Package: libgl1-mesa-dri\n"
-      "Description: x\n Package: libgl1-mesa-dri\n Version: 2.0\n\nPackage: libgl1-mesa-dri-extra\n"
-      "Status: install ok installed\nVersion: 3.0\n");
+      "Package: other\nX-Package: libgl1-mesa-dri\nStatus: install ok installed\nVersion: 1.0\n\n"
+      "Package: more\nDescription: x\n Package: libgl1-mesa-dri\nStatus: install ok installed\n"
+      "Version: 2.0\n\nPackage: libgl1-mesa-dri-extra\nStatus: install ok installed\nVersion: 3.0\n");
   EXPECT_EQ(Version(), "");
 }
 
