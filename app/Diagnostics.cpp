@@ -14,8 +14,10 @@ constexpr std::size_t kMostProblemsPrinted = 10;
 }  // namespace
 
 Diagnostics::Diagnostics() {
-  qelcore::host::SetExceptionSink([this](const std::exception_ptr& exception, std::string_view) {
+  qelcore::host::SetExceptionSink([this](const std::exception_ptr& exception, std::string_view context) {
     Add(qelcore::host::DescribeException(exception));
+    // An exception that ends a run is logged under the name of the run's function, and not traced besides.
+    if (context.ends_with("::RunReport")) mRunFailed = true;
   });
   qelcore::host::SetTraceObserver([this](std::string_view channel, int level, std::string_view) {
     if (channel == "SystemCompatibilityReport" && level == 1) mRunFailed = true;

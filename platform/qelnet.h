@@ -1,10 +1,9 @@
 // What the library asks of the host's HTTP library: one asynchronous GET, by which a newer blocklist is
-// fetched. Nothing is fetched yet, and the reference host has no library for it yet.
+// fetched.
 #pragma once
 
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
 
 #include "platform/qelcore/Guid.h"
@@ -22,15 +21,15 @@
 
 namespace qelnet {
 
-/// What a server answered. It belongs to the completion that receives it.
+/// What a server answered. It lives as long as the call of the completion that receives it.
 class QELNET_EXPORT Response {
  public:
   virtual ~Response();
 
-  /// The HTTP status, such as 200; 0 when no answer came.
+  /// The HTTP status, such as 200; 0 when no whole answer came.
   [[nodiscard]] virtual int GetStatus() const = 0;
 
-  /// The body. Bytes that are no UTF-8 come as they are.
+  /// The body, empty when the status is 0. Bytes that are no UTF-8 come as they are.
   [[nodiscard]] virtual std::string GetPayloadAsUTF8String() const = 0;
 };
 
@@ -41,9 +40,10 @@ using Headers = std::multimap<std::string, std::string>;
 using Completion = std::function<void(const Response& response)>;
 
 /// Starts a request and returns at once. `identifier` names it in the host's log. Returns false when the
-/// request is refused, as for a scheme other than http and https; `completion` is then never called. Else it
-/// is called once, on the library's own thread, whatever becomes of the request. Any thread may call. Does
-/// not throw.
+/// request is refused: for an address that is malformed or of a scheme other than http and https, for headers
+/// that HTTP does not allow, and once the host is ending; `completion` is then never called. Else it is
+/// called once, on the library's own thread, whatever becomes of the request; what it throws is logged. It
+/// may start another request. Requests wait while it runs. Any thread may call. Does not throw.
 [[nodiscard]] QELNET_EXPORT bool GET(const qelcore::Guid& identifier, Completion completion,
                                      const qelcore::ImmutableString& url, const Headers& headers,
                                      const Configuration& configuration);

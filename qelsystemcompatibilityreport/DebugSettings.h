@@ -30,7 +30,7 @@ inline constexpr DebugSetting kUseInstalledBlocklist{
     "\"true\" ignores downloaded blocklists and reads the installed one"};
 
 /// All settings, in the order in which they are shown.
-inline constexpr std::array kDebugSettings{kForceBlocklistMatch, kForceBlocklistMatchByName,
-                                           kUseInstalledBlocklist};
+inline constexpr std::array kAllDebugSettings{kForceBlocklistMatch, kForceBlocklistMatchByName,
+                                              kUseInstalledBlocklist};
 
 }  // namespace qelsystemcompatibilityreport

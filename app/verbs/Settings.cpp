@@ -24,8 +24,8 @@ constexpr DebugSetting kPropertiesFeature{"qelsystemcompatibilityreport.properti
                                           "\"false\" leaves system properties and the rules about them out"};
 
 std::vector<DebugSetting> KnownSettings() {
-  std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kDebugSettings.begin(),
-                                     qelsystemcompatibilityreport::kDebugSettings.end());
+  std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kAllDebugSettings.begin(),
+                                     qelsystemcompatibilityreport::kAllDebugSettings.end());
   settings.push_back(kPropertiesFeature);
   return settings;
 }

@@ -1,17 +1,10 @@
 // Where blocklist files are, and which one a run reads.
 //
-//   <application directory>/SystemCompatibilityReport/blocklist.en_US.json                     installed
-//   <preferences directory>/SystemCompatibilityReport/7.3/win/blocklist.en_US.json             downloaded
-//   <preferences directory>/SystemCompatibilityReport/Deployed/blocklist.en_US.json            instead, when
-//   the
-//                                                                                              directory
-//                                                                                              exists
-//   <preferences directory>/SystemCompatibilityReport/test/blocklist.json                      before all
-//   others, when
-//                                                                                              the file
-//                                                                                              exists
+//   installed    <application directory>/SystemCompatibilityReport/blocklist.en_US.json
+//   downloaded   <preferences directory>/SystemCompatibilityReport/7.3/win/blocklist.en_US.json
 //
-// 7.3 is the application's version.
+// 7.3 is the application's version. Below the preferences directory's SystemCompatibilityReport, a directory
+// "Deployed" stands for "7.3/win" when it exists, and a file "test/blocklist.json" for every downloaded one.
 #pragma once
 
 #include <optional>

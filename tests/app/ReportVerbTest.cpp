@@ -73,6 +73,13 @@ TEST_F(ReportVerbTest, ReportThatCannotBeMadeSaysWhy) {
   ExpectError(Scr({"report"}), "the blocklist file is empty");
 }
 
+/// The run's own failure is not traced, but it must not pass for a report either.
+TEST_F(ReportVerbTest, ReportWhoseBlocklistCannotBeReadIsAnError) {
+  std::filesystem::create_directories(mFiles.Path() / "application/SystemCompatibilityReport");
+  std::filesystem::create_symlink("/proc/self/mem", mFiles.Path() / kListPath);
+  ExpectError(Scr({"report"}), "blocklist.en_US.json");
+}
+
 TEST_F(ReportVerbTest, ReportWarnsOfABrokenBlocklist) {
   Write(kListPath, "{\"blocklist_version\": 1,");
   const auto result = Scr({"report"});

@@ -29,7 +29,6 @@ constexpr const char* kDownloadContext = "qelsystemcompatibilityreport::GetDownl
 class BlocklistLocationsTest : public testsupport::BlocklistLocationsFixture {};
 
 // ---- The installed file
-// ---------------------------------------------------------------------------------------
 
 TEST_F(BlocklistLocationsTest, TheInstalledFile) {
   qelcore::host::SetApplicationLanguage("de_DE");
@@ -47,7 +46,6 @@ TEST_F(BlocklistLocationsTest, TheInstalledFile) {
 }
 
 // ---- The downloaded file
-// --------------------------------------------------------------------------------------
 
 TEST_F(BlocklistLocationsTest, TheDownloadedFilesDirectoriesAreMade) {
   EXPECT_EQ(Place(GetDownloadBlocklistFileLocation()),
@@ -140,7 +138,6 @@ TEST_F(BlocklistLocationsTest, AFileCalledDeployedIsNothing) {
 }
 
 // ---- The application's version
-// --------------------------------------------------------------------------------
 
 TEST_F(BlocklistLocationsTest, TheApplicationsVersionNamesTheDirectory) {
   qelcore::host::SetApplicationVersion(7, 3);
@@ -167,7 +164,6 @@ TEST_F(BlocklistLocationsTest, AProcessWithoutAVersionKeepsMinusOne) {
 }
 
 // ---- Failures
-// -------------------------------------------------------------------------------------------------
 
 TEST_F(BlocklistLocationsTest, WithoutPreferencesDirectoryThereIsNoDownloadedFile) {
   std::filesystem::remove_all(mHost.Preferences());

@@ -162,7 +162,6 @@ TEST_F(PriorStateSaveTest, WithoutPreferencesDirectoryASaveFails) {
 }
 
 // ---- Deleting
-// -------------------------------------------------------------------------------------------------
 
 class DeleteReportSavedStateTest : public PriorStateSaveTest {
  protected:

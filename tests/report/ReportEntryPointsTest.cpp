@@ -25,7 +25,6 @@ using testsupport::EventSummaries;
 using testsupport::IDOf;
 using testsupport::Joined;
 using testsupport::LastEvent;
-using testsupport::Listing;
 using testsupport::RuleText;
 
 constexpr const char* kState = "preferences/SCRPriorState.json";
@@ -58,7 +57,6 @@ class ReportEntryPointsTest : public testing::Test {
 };
 
 // ---- RunReportToFile
-// ------------------------------------------------------------------------------------------
 
 TEST_F(ReportEntryPointsTest, TheReportIsWrittenAndTheIssuesRemembered) {
   const auto rules =
@@ -243,7 +241,6 @@ TEST_F(ReportEntryPointsTest, ADownloadedBlocklistIsPreferred) {
 }
 
 // ---- The feature
-// ----------------------------------------------------------------------------------------------
 
 constexpr const char* kPropertyRule =
     R"({"type":"Property","name":"memory.mb","ilt":"8192","error_level":"WARN","info_message":"too little"})";

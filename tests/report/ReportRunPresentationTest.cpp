@@ -26,7 +26,6 @@ using testsupport::RuleText;
 class ReportRunPresentationTest : public testsupport::ReportRunFixture {};
 
 // ---- The shortcut
-// ---------------------------------------------------------------------------------------------
 
 TEST_F(ReportRunPresentationTest, ALaunchWithNothingChangedTakesTheShortcut) {
   const std::string blocklist = BlocklistText(CardRules("INFO", 2), "Careful.");
@@ -98,7 +97,6 @@ TEST_F(ReportRunPresentationTest, AFileRuleIsMatchedByTheFirstLaunchOfAProcess) 
 }
 
 // ---- Conditions at launch
-// -------------------------------------------------------------------------------------
 
 TEST_F(ReportRunPresentationTest, WhatBringsTheDialogUpAtLaunch) {
   const std::vector<std::string> none;
@@ -153,7 +151,6 @@ TEST_F(ReportRunPresentationTest, ARequestedRunIsAlwaysShown) {
 }
 
 // ---- The user's choice not to see it at launch
-// ----------------------------------------------------------------
 
 TEST_F(ReportRunPresentationTest, ASuppressedLaunchIsPresentedAndSkipped) {
   mState.mShowIssuesAtStartup = false;
@@ -216,7 +213,6 @@ TEST_F(ReportRunPresentationTest, ARequestAtLaunchHeedsTheChoice) {
 }
 
 // ---- What the dialog gets
-// -------------------------------------------------------------------------------------
 
 TEST_F(ReportRunPresentationTest, TheDialogGetsWhatItShows) {
   auto request = Request(RunMode::kHelp);

@@ -221,7 +221,6 @@ TEST_F(ReportRunTest, WhatTheDialogThrowsReachesTheCaller) {
 }
 
 // ---- From a file
-// ----------------------------------------------------------------------------------------------
 
 class ReportRunOnFileTest : public testsupport::ReportRunFixture {
  protected:

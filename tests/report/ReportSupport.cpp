@@ -25,7 +25,7 @@ std::string ValueOf(const SDMEvent& event, const std::string& group, const std::
 }
 
 std::string SummaryOf(const SDMEvent& event) {
-  const std::string texts = TextsOf(event);
+  std::string texts = TextsOf(event);
   if (texts == "OPERATIONAL|Stability|info|system-compatibility-report-issue") {
     return ValueOf(event, "content", "status") + ' ' + ValueOf(event, "event", "error_type");
   }
@@ -61,6 +61,7 @@ std::string IDOf(const std::string& ruleText) {
 
 std::vector<std::string> IDsOf(const std::vector<std::string>& ruleTexts) {
   std::vector<std::string> ids;
+  ids.reserve(ruleTexts.size());
   for (const std::string& text : ruleTexts) ids.push_back(IDOf(text));
   return ids;
 }

@@ -98,7 +98,6 @@ TEST_F(ServiceSwitchTest, SwitchedOnAgainEverythingWorks) {
 }
 
 // ---- Seeing the report at launch
-// ------------------------------------------------------------------------------
 
 TEST_F(ServiceSwitchTest, TheDisplayIsAllowedUntilItIsForbidden) {
   EXPECT_TRUE(GetAllowDisplayReportAtStartup());

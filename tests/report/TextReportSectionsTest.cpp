@@ -31,8 +31,6 @@ using qelsystemcompatibilityreport::RegisterDebugSettingsSection;
 using qelsystemcompatibilityreport::RegisterTextReportCallback;
 using qelsystemcompatibilityreport::TextReportWriter;
 using qelsystemcompatibilityreport::WriteDebugSettings;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 constexpr const char* kLine =
     "\n____________________________________________________________________________\n\n";
@@ -66,7 +64,6 @@ class TextReportSectionsTest : public testing::Test {
 };
 
 // ---- Debug settings
-// -------------------------------------------------------------------------------------------
 
 TEST_F(TextReportSectionsTest, AllSettingsAtTheirDefaults) {
   EXPECT_EQ(DebugSettings(), "    Debug database settings:\n        All settings default value\n");
@@ -135,7 +132,6 @@ TEST_F(TextReportSectionsTest, ManyThreadsRegisterTheDebugSettingsOnce) {
 }
 
 // ---- Registered sections
-// --------------------------------------------------------------------------------------
 
 TEST_F(TextReportSectionsTest, TheLowerPriorityComesFirst) {
   RegisterText("last\n", std::numeric_limits<std::int32_t>::max());
@@ -195,7 +191,6 @@ TEST_F(TextReportSectionsTest, AnEmptySectionEndsTheWriting) {
 }
 
 // ---- The file
-// -------------------------------------------------------------------------------------------------
 
 class TextReportFileTest : public TextReportSectionsTest {
  protected:

@@ -14,8 +14,8 @@ constexpr const char* kFolderName = "scr";
 constexpr const char* kDataFolder = "data";
 constexpr const char* kDataMark = "SystemCompatibilityReport";
 
-/// Stands for a home that nobody has; nothing can be made below it.
-constexpr const char* kNoHome = "/nonexistent";
+/// Stands for a home that nobody has; not even the superuser can make anything there.
+constexpr const char* kNoHome = "/proc/no-home-directory";
 
 std::filesystem::path Home() {
   const std::string home = HomeDirectory();

@@ -181,7 +181,8 @@ TEST(OSComponent, HashTellsNoVersionFromVersionZero) {
 
 TEST(OSComponent, HashIsTheSameInEveryProcess) {
   // Fixed for good: remembered identifiers of issues are made of these.
-  EXPECT_EQ(HashTextOf({OSComponentType::kOS, "Windows", OSComponentVersion(10, 0, 17763, 1)}), "253d544b-e418-2811-4535-2be33bcd5c4c");
+  EXPECT_EQ(HashTextOf({OSComponentType::kOS, "Windows", OSComponentVersion(10, 0, 17763, 1)}),
+            "253d544b-e418-2811-4535-2be33bcd5c4c");
 }
 
 TEST(OSComponent, PropertiesNeedToBeSwitchedOn) {

@@ -67,8 +67,8 @@ ProgramImage MakeProgramImage(const ProgramImageOptions& options) {
   PutDirectory(bytes, kResourceFile, kindCount);
   for (std::uint32_t index = 0; index < kindCount; ++index) {
     const bool isVersion = options.mHasVersion && index + 1 == kindCount;
-    Put32(bytes, kResourceFile + 16 + index * 8, isVersion ? 16 : 1 + index);
-    Put32(bytes, kResourceFile + 20 + index * 8, kSubdirectory | names);
+    Put32(bytes, kResourceFile + 16 + std::size_t{index} * 8, isVersion ? 16 : 1 + index);
+    Put32(bytes, kResourceFile + 20 + std::size_t{index} * 8, kSubdirectory | names);
   }
   PutDirectory(bytes, kResourceFile + names, 1);
   Put32(bytes, kResourceFile + names + 16, 1);
