@@ -5,7 +5,7 @@
 #include <string>
 
 #include "host/qelcore/HostSetup.h"
-#include "host/qelcore/PIISafeName.h"
+#include "host/qelcore/components/PIISafeName.h"
 
 namespace qelcore::host {
 

@@ -1,4 +1,4 @@
-#include "host/qelcore/FileHandle.h"
+#include "host/qelcore/files/FileHandle.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "host/qelcore/FileSystem.h"
+#include "host/qelcore/files/FileSystem.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

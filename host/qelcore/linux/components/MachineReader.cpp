@@ -1,4 +1,4 @@
-#include "host/qelcore/MachineReader.h"
+#include "host/qelcore/components/MachineReader.h"
 
 #include <chrono>
 #include <cstdint>

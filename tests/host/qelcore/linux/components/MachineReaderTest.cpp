@@ -1,5 +1,5 @@
 // The machine that the tests run on, by shape: what it has is not known here.
-#include "host/qelcore/MachineReader.h"
+#include "host/qelcore/components/MachineReader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,244 @@
+#include "platform/qelcore/Config.h"
+
+#include <algorithm>
+#include <exception>
+#include <mutex>
+#include <set>
+#include <utility>
+
+#include "host/qelcore/HostSetup.h"
+#include "host/qelcore/application/Application.h"
+#include "platform/qelcore/Trace.h"
+
+namespace qelcore {
+
+namespace {
+
+constexpr std::string_view kChannel = "Config";
+constexpr int kErrorLevel = 1;
+
+using config::ConfigurationParameters;
+using ParametersCallback = std::function<void(const ConfigurationParameters&)>;
+
+struct Initializer {
+  std::string mName;
+  std::function<bool()> mInitialize;
+  std::vector<std::string> mDependencies;
+};
+
+struct TerminationAction {
+  std::function<void()> mAction;
+  std::string mName;
+};
+
+/// What registered itself and did not run yet. Registrars are static objects of many modules, so this must be
+/// there before any of them and outlive them all.
+struct Registrations {
+  std::recursive_mutex mMutex;
+  bool mHasBegun = false;
+  ConfigurationParameters mParameters;
+  std::vector<ParametersCallback> mParametersCallbacks;
+  std::vector<Initializer> mInitializers;
+  std::set<std::string, std::less<>> mSucceeded;
+  std::set<std::string, std::less<>> mFailed;
+  std::vector<TerminationAction> mTerminations;
+};
+
+Registrations& TheRegistrations() {
+  static Registrations& registrations = *new Registrations;
+  return registrations;
+}
+
+void TraceFailure(const std::string& text) {
+  if (TraceEnabled(kChannel, kErrorLevel)) {
+    TraceOutput(kChannel, kErrorLevel, text);
+  }
+}
+
+void Deliver(const ParametersCallback& callback, const ConfigurationParameters& parameters) {
+  try {
+    callback(parameters);
+  } catch (...) {
+    LogException(std::current_exception(), "qelcore::config::ProcessBeginEndNotificationRegistrar");
+  }
+}
+
+/// Runs one initializer; a failure is traced.
+bool Initialize(const Initializer& initializer) {
+  try {
+    if (initializer.mInitialize()) {
+      return true;
+    }
+    TraceFailure("The initializer \"" + initializer.mName + "\" failed.");
+  } catch (...) {
+    LogException(std::current_exception(), initializer.mName);
+    TraceFailure("The initializer \"" + initializer.mName + "\" failed with an exception.");
+  }
+  return false;
+}
+
+/// The first dependency that failed; null when none did.
+const std::string* FindFailedDependency(const Registrations& registrations, const Initializer& initializer) {
+  const auto place =
+      std::find_if(initializer.mDependencies.begin(), initializer.mDependencies.end(),
+                   [&](const std::string& name) { return registrations.mFailed.contains(name); });
+  return place != initializer.mDependencies.end() ? &*place : nullptr;
+}
+
+bool AreDependenciesDone(const Registrations& registrations, const Initializer& initializer) {
+  return std::all_of(initializer.mDependencies.begin(), initializer.mDependencies.end(),
+                     [&](const std::string& name) { return registrations.mSucceeded.contains(name); });
+}
+
+/// Runs the first initializer that can run, or gives up the first one that cannot run any more. Returns false
+/// when there is none of either.
+bool RunNextInitializer(Registrations& registrations, bool& hasFailure) {
+  auto& initializers = registrations.mInitializers;
+  for (auto place = initializers.begin(); place != initializers.end(); ++place) {
+    const std::string* const failed = FindFailedDependency(registrations, *place);
+    if (failed == nullptr && !AreDependenciesDone(registrations, *place)) {
+      continue;
+    }
+    const std::string failedName = failed != nullptr ? *failed : std::string();
+    // Taken out first, because an initializer may register others.
+    const Initializer initializer = std::move(*place);
+    initializers.erase(place);
+    bool isDone = false;
+    if (failed != nullptr) {
+      TraceFailure("The initializer \"" + initializer.mName + "\" did not run, because \"" + failedName +
+                   "\" failed.");
+    } else {
+      isDone = Initialize(initializer);
+    }
+    (isDone ? registrations.mSucceeded : registrations.mFailed).insert(initializer.mName);
+    hasFailure = hasFailure || !isDone;
+    return true;
+  }
+  return false;
+}
+
+/// Says of each initializer that waits for ever what it waits for.
+void TraceWaiting(const Registrations& registrations) {
+  const auto& initializers = registrations.mInitializers;
+  for (const Initializer& initializer : initializers) {
+    for (const std::string& name : initializer.mDependencies) {
+      if (registrations.mSucceeded.contains(name)) {
+        continue;
+      }
+      const bool isRegistered = std::any_of(initializers.begin(), initializers.end(),
+                                            [&](const Initializer& other) { return other.mName == name; });
+      TraceFailure("The initializer \"" + initializer.mName + "\" did not run, because \"" + name +
+                   (isRegistered ? "\" waits in a circle or for something unknown."
+                                 : "\", which it depends on, is not known."));
+    }
+  }
+}
+
+bool RunInitializers(Registrations& registrations) {
+  bool hasFailure = false;
+  while (RunNextInitializer(registrations, hasFailure)) {
+  }
+  return !hasFailure;
+}
+
+ConfigurationParameters MakeParameters() {
+  std::map<std::string, ConfigurationParameters::Value, std::less<>> values;
+  if (const auto version = host::GetApplicationVersion()) {
+    values.emplace(config::kAppMajorVersion, version->mMajor);
+    values.emplace(config::kAppMinorVersion, version->mMinor);
+  }
+  return ConfigurationParameters(std::move(values));
+}
+
+}  // namespace
+
+namespace config {
+
+ConfigurationParameters::ConfigurationParameters() = default;
+
+ConfigurationParameters::ConfigurationParameters(std::map<std::string, Value, std::less<>> values)
+    : mValues(std::move(values)) {}
+
+ConfigurationParameters::~ConfigurationParameters() = default;
+ConfigurationParameters::ConfigurationParameters(const ConfigurationParameters&) = default;
+ConfigurationParameters& ConfigurationParameters::operator=(const ConfigurationParameters&) = default;
+
+std::optional<std::int32_t> ConfigurationParameters::FindInteger(std::string_view name) const {
+  const auto place = mValues.find(name);
+  if (place == mValues.end()) {
+    return std::nullopt;
+  }
+  const auto* const value = std::get_if<std::int32_t>(&place->second);
+  return value != nullptr ? std::optional(*value) : std::nullopt;
+}
+
+ProcessBeginEndNotificationRegistrar::ProcessBeginEndNotificationRegistrar(
+    ParametersCallback onProcessBegin) {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  if (registrations.mHasBegun) {
+    Deliver(onProcessBegin, registrations.mParameters);
+  } else {
+    registrations.mParametersCallbacks.push_back(std::move(onProcessBegin));
+  }
+}
+
+InitializerRegistrar::InitializerRegistrar(std::string name, std::function<bool()> initialize,
+                                           std::vector<std::string> dependencies,
+                                           EInitializerContextFlags /*flags*/) {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  registrations.mInitializers.push_back({std::move(name), std::move(initialize), std::move(dependencies)});
+  // A module that is loaded later still gets its initializers run, as soon as what they depend on is there.
+  if (registrations.mHasBegun) {
+    RunInitializers(registrations);
+  }
+}
+
+void AddTerminationForSingleton(std::function<void()> action, std::string name) {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  registrations.mTerminations.push_back({std::move(action), std::move(name)});
+}
+
+}  // namespace config
+
+namespace host {
+
+bool BeginProcess() {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  if (!registrations.mHasBegun) {
+    registrations.mHasBegun = true;
+    registrations.mParameters = MakeParameters();
+    for (const ParametersCallback& callback : std::exchange(registrations.mParametersCallbacks, {})) {
+      Deliver(callback, registrations.mParameters);
+    }
+  }
+  const bool haveAllSucceeded = RunInitializers(registrations);
+  TraceWaiting(registrations);
+  return haveAllSucceeded && registrations.mInitializers.empty();
+}
+
+void EndProcess() {
+  Registrations& registrations = TheRegistrations();
+  for (;;) {
+    TerminationAction termination;
+    {
+      const std::lock_guard lock(registrations.mMutex);
+      if (registrations.mTerminations.empty()) {
+        return;
+      }
+      termination = std::move(registrations.mTerminations.back());
+      registrations.mTerminations.pop_back();
+    }
+    try {
+      termination.mAction();
+    } catch (...) {
+      LogException(std::current_exception(), termination.mName);
+    }
+  }
+}
+
+}  // namespace host
+}  // namespace qelcore

@@ -1,0 +1,182 @@
+#include <atomic>
+#include <cstddef>
+#include <utility>
+
+#include "host/qelcore/System.h"
+#include "host/qelcore/components/PIISafeName.h"
+#include "platform/qelcore/Components.h"
+#include "platform/qelcore/Json.h"
+
+namespace qelcore::utility {
+
+namespace {
+
+// Keys of the JSON form.
+constexpr std::string_view kNameKey = "name";
+constexpr std::string_view kTypeKey = "type";
+constexpr std::string_view kFormatKey = "osc_version";
+constexpr std::string_view kVersionKey = "version";
+constexpr std::string_view kValueKey = "value";
+
+constexpr std::int64_t kFormat = 1;
+
+/// The names in the order of the kinds' numbers.
+constexpr std::array<std::string_view, kOSComponentTypeCount> kTypeNames = {"OS",      "Video", "Audio",
+                                                                            "Network", "File",  "Property"};
+
+std::atomic<bool> arePropertiesEnabled{false};
+
+template <typename Unsigned>
+void MixNumber(MixHashGuidT<HashValueMixerState>& state, Unsigned value) {
+  // Least significant byte first on every machine.
+  std::array<unsigned char, sizeof(Unsigned)> bytes{};
+  for (std::size_t index = 0; index < bytes.size(); ++index) {
+    bytes[index] = static_cast<unsigned char>(value >> (8 * index));
+  }
+  UpdateHashState(state, bytes.data(), bytes.size());
+}
+
+void MixText(MixHashGuidT<HashValueMixerState>& state, const std::string& text) {
+  MixNumber(state, std::uint64_t{text.size()});
+  UpdateHashState(state, text.data(), text.size());
+}
+
+void MixVersion(MixHashGuidT<HashValueMixerState>& state, const OSComponentVersion& version) {
+  MixNumber(state, std::uint32_t{version ? 1U : 0U});
+  for (const std::uint32_t part :
+       {version.mVersionW, version.mVersionX, version.mVersionY, version.mVersionZ}) {
+    MixNumber(state, part);
+  }
+}
+
+}  // namespace
+
+std::string ComponentTypeToString(OSComponentType type) {
+  const auto index = static_cast<std::int32_t>(type);
+  if (index < 0 || index >= kOSComponentTypeCount) {
+    return {};
+  }
+  return std::string(kTypeNames[static_cast<std::size_t>(index)]);
+}
+
+OSComponentType ComponentTypeFromString(std::string_view text) {
+  for (std::size_t index = 0; index < kTypeNames.size(); ++index) {
+    if (kTypeNames[index] == text) {
+      return static_cast<OSComponentType>(index);
+    }
+  }
+  return OSComponentType::kInvalid;
+}
+
+OSComponent::OSComponent() = default;
+
+OSComponent::OSComponent(OSComponentType type, std::string name, const OSComponentVersion& version,
+                         std::string propertyValue)
+    : mType(type), mName(std::move(name)), mVersion(version), mPropertyValue(std::move(propertyValue)) {}
+
+OSComponent::OSComponent(const OSComponent&) = default;
+OSComponent::OSComponent(OSComponent&&) noexcept = default;
+OSComponent& OSComponent::operator=(const OSComponent&) = default;
+OSComponent& OSComponent::operator=(OSComponent&&) noexcept = default;
+OSComponent::~OSComponent() = default;
+
+std::any OSComponent::ToJSON() const {
+  std::any json = ToJSONWithoutVersionOrValue();
+  auto& object = *std::any_cast<json::Dictionary>(&json);
+  if (mType == OSComponentType::kProperty) {
+    json::Set(object, kValueKey, mPropertyValue);
+  } else {
+    json::Set(object, kVersionKey, mVersion.ToString());
+  }
+  return json;
+}
+
+bool OSComponent::FromJSON(const std::any& json) {
+  mType = OSComponentType::kInvalid;
+  mName.clear();
+  mVersion = {};
+  mPropertyValue.clear();
+  try {
+    const json::Dictionary& object = json::AsDictionary(json);
+    const std::string* const name = json::FindText(object, kNameKey);
+    const std::string* const typeName = json::FindText(object, kTypeKey);
+    const std::string* const version = json::FindText(object, kVersionKey);
+    const std::string* const value = json::FindText(object, kValueKey);
+    [[maybe_unused]] const auto format = json::FindInteger(object, kFormatKey);
+    const OSComponentType type =
+        typeName != nullptr ? ComponentTypeFromString(*typeName) : OSComponentType::kInvalid;
+    if (name == nullptr || type == OSComponentType::kInvalid) {
+      return false;
+    }
+    std::string propertyValue;
+    if (value != nullptr && type == OSComponentType::kProperty) {
+      propertyValue = *value;
+    }
+    mName = *name;
+    mVersion = OSComponentVersion(version != nullptr ? *version : std::string());
+    mPropertyValue = std::move(propertyValue);
+    mType = type;
+    return true;
+  } catch (const json::TypeError&) {
+    return false;
+  }
+}
+
+MixHashGuidT<HashValueMixerState> OSComponent::Hash() const {
+  MixHashGuidT<HashValueMixerState> state;
+  MixNumber(state, static_cast<std::uint32_t>(mType));
+  MixText(state, mName);
+  MixVersion(state, mVersion);
+  MixText(state, mPropertyValue);
+  return state;
+}
+
+std::string OSComponent::GetID() const {
+  return mID;
+}
+
+bool OSComponent::FromJSONString(std::string_view text) {
+  return FromJSON(json::Parse(text));
+}
+
+std::any OSComponent::ToJSONWithoutVersionOrValue() const {
+  json::Dictionary object;
+  json::Set(object, kNameKey, mName);
+  json::Set(object, kTypeKey, ComponentTypeToString(mType));
+  json::Set(object, kFormatKey, kFormat);
+  return object;
+}
+
+std::string OSComponent::GetPIISafeName() const {
+  static const host::PersonalNames names = host::ReadPersonalNames();
+  return host::RemovePersonalData(mName, names);
+}
+
+bool operator==(const OSComponent& left, const OSComponent& right) {
+  return left.mType == right.mType && left.mName == right.mName && left.mVersion == right.mVersion &&
+         left.mPropertyValue == right.mPropertyValue;
+}
+
+bool operator<(const OSComponent& left, const OSComponent& right) {
+  if (left.mType != right.mType) {
+    return left.mType < right.mType;
+  }
+  // `std::string` compares its characters as unsigned bytes.
+  if (left.mName != right.mName) {
+    return left.mName < right.mName;
+  }
+  if (!(left.mVersion == right.mVersion)) {
+    return left.mVersion <= right.mVersion;
+  }
+  return left.mPropertyValue < right.mPropertyValue;
+}
+
+bool OSComponent::SupportsProperties() {
+  return host::kSystemHasProperties && arePropertiesEnabled.load();
+}
+
+void OSComponent::EnableSupportProperties(bool enable) {
+  arePropertiesEnabled.store(enable);
+}
+
+}  // namespace qelcore::utility

@@ -1,0 +1,150 @@
+#include "platform/qelcore/Trace.h"
+
+#include <spdlog/details/log_msg.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/qelcore/HostSetup.h"
+#include "host/qelcore/application/Application.h"
+#include "host/qelcore/files/FileSystem.h"
+
+namespace qelcore {
+
+namespace {
+
+constexpr std::size_t kLargestFile = 1'048'576;
+constexpr std::size_t kOlderFiles = 1;
+constexpr const char* kFileName = "trace.log";
+constexpr const char* kPattern = "%Y-%m-%d %H:%M:%S.%e %t [%n] %v";
+
+std::atomic<int> currentLevel{0};
+std::atomic<bool> isOnStandardError{false};
+std::atomic<std::uint32_t> changeCount{1};
+
+using TraceSink = std::function<void(std::string_view, int, std::string_view)>;
+
+struct Outputs {
+  std::mutex mMutex;
+  std::shared_ptr<const TraceSink> mSink;
+  std::shared_ptr<const TraceSink> mObserver;
+  std::optional<std::string> mDirectory;       ///< of the file; nothing before the first message
+  std::unique_ptr<spdlog::sinks::sink> mFile;  ///< null when it could not be opened
+  std::unique_ptr<spdlog::sinks::sink> mStandardError;
+};
+
+Outputs& TheOutputs() {
+  // Never destroyed, because static objects of other libraries may trace while the process ends.
+  static Outputs& outputs = *new Outputs;
+  return outputs;
+}
+
+std::unique_ptr<spdlog::sinks::sink> OpenFile(const std::string& directory) {
+  try {
+    host::MakeDirectories(directory, host::DirectoryAccess::kOwnerOnly);
+    const auto path = std::filesystem::path(std::u8string(directory.begin(), directory.end())) / kFileName;
+    auto file =
+        std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.string(), kLargestFile, kOlderFiles);
+    file->set_pattern(kPattern);
+    return file;
+  } catch (const std::exception&) {
+    // Tracing must never be the reason why something else fails, and has nowhere to say that it did.
+    return nullptr;
+  }
+}
+
+void Output(spdlog::sinks::sink& sink, std::string_view channel, int level, std::string_view text) {
+  const std::string name = std::string(channel) + ' ' + std::to_string(level);
+  const spdlog::details::log_msg message(spdlog::string_view_t(name.data(), name.size()), spdlog::level::info,
+                                         spdlog::string_view_t(text.data(), text.size()));
+  sink.log(message);
+  sink.flush();
+}
+
+/// Writes to the file and to standard error. The outputs are locked.
+void Write(Outputs& outputs, std::string_view channel, int level, std::string_view text) {
+  std::string directory = host::StateDirectory();
+  if (outputs.mDirectory != directory) {
+    outputs.mFile = OpenFile(directory);
+    outputs.mDirectory = std::move(directory);
+  }
+  if (outputs.mFile) {
+    Output(*outputs.mFile, channel, level, text);
+  }
+  if (isOnStandardError.load()) {
+    if (!outputs.mStandardError) {
+      outputs.mStandardError = std::make_unique<spdlog::sinks::stderr_sink_st>();
+      outputs.mStandardError->set_pattern(kPattern);
+    }
+    Output(*outputs.mStandardError, channel, level, text);
+  }
+}
+
+}  // namespace
+
+bool TraceEnabled(std::string_view /*channel*/, int level) {
+  // The host sets one level for all channels.
+  return level > 0 && level <= currentLevel.load(std::memory_order_relaxed);
+}
+
+std::uint32_t TraceChangeCount() {
+  return changeCount.load(std::memory_order_acquire);
+}
+
+void TraceOutput(std::string_view channel, int level, std::string_view text) {
+  try {
+    Outputs& outputs = TheOutputs();
+    std::shared_ptr<const TraceSink> sink;
+    std::shared_ptr<const TraceSink> observer;
+    {
+      const std::lock_guard lock(outputs.mMutex);
+      sink = outputs.mSink;
+      observer = outputs.mObserver;
+      if (!sink) {
+        Write(outputs, channel, level, text);
+      }
+    }
+    // Outside the lock, because they may trace themselves.
+    for (const auto& listener : {sink, observer}) {
+      if (listener) {
+        (*listener)(channel, level, text);
+      }
+    }
+  } catch (...) {
+    // A full disk or a sink that throws loses this message and nothing else.
+    return;
+  }
+}
+
+namespace host {
+
+void SetTraceLevel(int level, bool toStandardError) {
+  isOnStandardError.store(toStandardError);
+  currentLevel.store(level);
+  // 0 stands for "never asked", so the counter passes over it when it wraps.
+  if (changeCount.fetch_add(1, std::memory_order_acq_rel) + 1 == 0) {
+    changeCount.fetch_add(1, std::memory_order_acq_rel);
+  }
+}
+
+void SetTraceSink(TraceSink sink) {
+  Outputs& outputs = TheOutputs();
+  const std::lock_guard lock(outputs.mMutex);
+  outputs.mSink = sink ? std::make_shared<const TraceSink>(std::move(sink)) : nullptr;
+}
+
+void SetTraceObserver(TraceSink observer) {
+  Outputs& outputs = TheOutputs();
+  const std::lock_guard lock(outputs.mMutex);
+  outputs.mObserver = observer ? std::make_shared<const TraceSink>(std::move(observer)) : nullptr;
+}
+
+}  // namespace host
+}  // namespace qelcore
