@@ -11,11 +11,21 @@ namespace {
 
 constexpr std::size_t kMostProblemsPrinted = 10;
 
+/// What a problem means for the user, where its text alone does not say.
+std::string Consequence(const Diagnostics::Problem& problem) {
+  const std::string_view context = problem.mContext;
+  if (context.ends_with("::SavePriorStateToPrefsDir")) return "the issues could not be remembered: ";
+  if (context.ends_with("::LoadPriorStateFromPrefsDir")) return "what was remembered could not be read: ";
+  if (context.ends_with("::GetDownloadBlocklistFileLocation")) return "downloaded blocklists are left out: ";
+  if (context.ends_with("::ReadThisMachine")) return "system properties could not be kept: ";
+  return {};
+}
+
 }  // namespace
 
 Diagnostics::Diagnostics() {
   qelcore::host::SetExceptionSink([this](const std::exception_ptr& exception, std::string_view context) {
-    Add(qelcore::host::DescribeException(exception));
+    Add(context, qelcore::host::DescribeException(exception));
     // An exception that ends a run is logged under the name of the run's function, and not traced besides.
     if (context.ends_with("::RunReport")) mRunFailed = true;
   });
@@ -29,13 +39,26 @@ Diagnostics::~Diagnostics() {
   qelcore::host::SetTraceObserver({});
 }
 
-void Diagnostics::Add(const std::string& problem) {
-  if (mKnown.insert(problem).second) mProblems.push_back(problem);
+void Diagnostics::Add(std::string_view context, const std::string& text) {
+  if (mKnown.insert(text).second) mProblems.push_back({std::string(context), text});
+}
+
+std::string Diagnostics::Summary() const {
+  std::string summary;
+  for (const Problem& problem : mProblems) summary += (summary.empty() ? "" : "; ") + problem.mText;
+  return summary;
+}
+
+bool Diagnostics::HasProblemIn(std::string_view context) const {
+  return std::any_of(mProblems.begin(), mProblems.end(),
+                     [&](const Problem& problem) { return problem.mContext == context; });
 }
 
 void Diagnostics::PrintProblems() const {
   const std::size_t printed = std::min(mProblems.size(), kMostProblemsPrinted);
-  for (std::size_t index = 0; index < printed; ++index) PrintDiagnostic("warning: " + mProblems[index]);
+  for (std::size_t index = 0; index < printed; ++index) {
+    PrintDiagnostic("warning: " + Consequence(mProblems[index]) + mProblems[index].mText);
+  }
   if (printed < mProblems.size()) {
     PrintDiagnostic("warning: " + std::to_string(mProblems.size() - printed) +
                     " more problems of this kind; --trace 1 shows them all");

@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace app {
@@ -16,9 +17,19 @@ class Diagnostics {
   Diagnostics(const Diagnostics&) = delete;
   Diagnostics& operator=(const Diagnostics&) = delete;
 
-  /// The distinct things that went wrong, in the order in which they did first. Each is a sentence without
-  /// the name of the function that found it.
-  [[nodiscard]] const std::vector<std::string>& Problems() const { return mProblems; }
+  struct Problem {
+    std::string mContext;  ///< the qualified name of the function that logged it
+    std::string mText;     ///< what went wrong
+  };
+
+  /// The distinct things that went wrong, in the order in which they did first.
+  [[nodiscard]] const std::vector<Problem>& Problems() const { return mProblems; }
+
+  /// Their texts, the first one first, joined to one line; empty when nothing went wrong.
+  [[nodiscard]] std::string Summary() const;
+
+  /// Whether this function logged something.
+  [[nodiscard]] bool HasProblemIn(std::string_view context) const;
 
   /// Whether the report service said that a run failed.
   [[nodiscard]] bool RunFailed() const { return mRunFailed; }
@@ -27,10 +38,10 @@ class Diagnostics {
   void PrintProblems() const;
 
  private:
-  void Add(const std::string& problem);
+  void Add(std::string_view context, const std::string& text);
 
   std::set<std::string> mKnown;
-  std::vector<std::string> mProblems;
+  std::vector<Problem> mProblems;
   bool mRunFailed = false;
 };
 

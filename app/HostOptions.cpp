@@ -15,8 +15,11 @@ namespace {
 /// Errors are recorded even when nobody asked for a trace.
 constexpr int kTraceErrors = 1;
 
-std::string AbsolutePath(const std::string& path) {
-  return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+/// The path that an option names; empty when the option was not given.
+std::string AbsolutePath(const char* option, const std::optional<std::string>& path) {
+  if (!path) return {};
+  if (path->empty()) throw UserError(std::string(option) + ": the name of a directory is missing");
+  return std::filesystem::absolute(*path).lexically_normal().string();
 }
 
 void CheckLanguage(const std::string& language) {
@@ -32,7 +35,7 @@ void CheckLanguage(const std::string& language) {
 void HostOptions::AddTo(CLI::App& application) {
   application
       .add_option("--pref-dir", mPreferencesDirectory,
-                  "Directory of preferences and remembered state (usually ~/.config/scr)")
+                  "Directory of preferences, remembered state and log (usually ~/.config/scr)")
       ->type_name("DIR");
   application
       .add_option("--app-dir", mApplicationDirectory,
@@ -43,20 +46,22 @@ void HostOptions::AddTo(CLI::App& application) {
   application
       .add_option("--trace", mTraceLevel,
                   "Show trace messages on standard error: 1 errors, 5 also warnings, 6 also details")
-      ->type_name("LEVEL")
-      ->check(CLI::Range(0, 6));
+      ->check(CLI::Range(0, 6))
+      ->option_text("LEVEL");
   application.add_option("--set", mSettings, "Debug setting for this run only (may be repeated)")
-      ->type_name("KEY=VALUE")
+      ->option_text("KEY=VALUE")
       ->take_all()
       ->allow_extra_args(false);
 }
 
 void HostOptions::SetUpHost() const {
   if (mLanguage) CheckLanguage(*mLanguage);
-  host::SetDirectories({.mPreferences = AbsolutePath(mPreferencesDirectory),
-                        .mApplication = AbsolutePath(mApplicationDirectory),
+  const std::string preferences = AbsolutePath("--pref-dir", mPreferencesDirectory);
+  // The log goes with the preferences, so that a run with a directory of its own leaves the user's alone.
+  host::SetDirectories({.mPreferences = preferences,
+                        .mApplication = AbsolutePath("--app-dir", mApplicationDirectory),
                         .mDocuments = {},
-                        .mState = {}});
+                        .mState = preferences});
   if (mLanguage) host::SetApplicationLanguage(*mLanguage);
   host::SetTraceLevel(std::max(kTraceErrors, mTraceLevel), mTraceLevel > 0);
   for (const std::string& setting : mSettings) {

@@ -17,8 +17,8 @@ class HostOptions {
   void SetUpHost() const;
 
  private:
-  std::string mPreferencesDirectory;
-  std::string mApplicationDirectory;
+  std::optional<std::string> mPreferencesDirectory;
+  std::optional<std::string> mApplicationDirectory;
   std::optional<std::string> mLanguage;
   int mTraceLevel = -1;
   std::vector<std::string> mSettings;

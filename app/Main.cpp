@@ -19,14 +19,22 @@ constexpr const char* kDescription =
     "  scr report               the report of this machine\n"
     "  scr components           what this machine is made of\n"
     "  scr check BLOCKLIST      match a blocklist of your own\n"
-    "  scr VERB --help          everything about a verb\n";
+    "  scr VERB --help          everything about a verb\n\n"
+    "The options may stand before or behind every verb.\n";
 
-/// What is wrong with the command line. A verb that does not exist is said by name, rather than that one is
-/// missing.
+/// What is wrong with the command line, and where help is.
 std::string Explain(const CLI::App& application, const CLI::ParseError& error) {
+  const std::vector<CLI::App*> verbs = application.get_subcommands();
+  const std::string command = verbs.empty() ? "scr" : "scr " + verbs.front()->get_name();
+  std::string problem = error.what();
   const std::vector<std::string> unknown = application.remaining(true);
-  return unknown.empty() || unknown.front().starts_with('-') ? error.what()
-                                                             : unknown.front() + ": there is no such verb";
+  if (!unknown.empty() && !unknown.front().starts_with('-')) {
+    const bool isVerb = verbs.empty() || !verbs.front()->get_subcommands({}).empty();
+    problem = unknown.front() + (isVerb ? ": there is no such verb" : ": not expected here");
+  } else if (problem.starts_with("A subcommand")) {
+    problem = command + ": a verb is missing";
+  }
+  return problem + "; \"" + command + " --help\" shows how it is used";
 }
 
 int Run(int argumentCount, char** arguments) {
@@ -52,7 +60,7 @@ int Run(int argumentCount, char** arguments) {
   } catch (const CLI::Success& help) {
     return application.exit(help);
   } catch (const CLI::ParseError& error) {
-    app::PrintDiagnostic(Explain(application, error) + "; \"scr --help\" shows how it is used");
+    app::PrintDiagnostic(Explain(application, error));
     return static_cast<int>(app::ExitCode::kFailure);
   }
   qelcore::host::EndProcess();

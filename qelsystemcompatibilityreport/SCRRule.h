@@ -168,7 +168,8 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
 
   /// The components that the rule hits, in the registry's order, each at most once. They are shared with the
   /// registry, or with the process's memory of files. Does not throw; a name that is no valid expression is
-  /// logged once for each component that it is tried on.
+  /// logged once for each component that it is tried on. A dependency is asked afresh for each candidate, but
+  /// one that logs at most 1,000 times, so that nested ones come to an end.
   ///
   /// What a file rule finds under a path is remembered for the rest of the process: a file that appears or
   /// changes later is not seen.

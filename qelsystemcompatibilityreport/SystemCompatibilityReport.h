@@ -2,7 +2,7 @@
 //
 //   #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 //
-//   qelsystemcompatibilityreport::RunReportToFile(u"Example", u"/tmp/report.txt");
+//   qelsystemcompatibilityreport::RunReportToFile(u"Example", path);
 //   if (qelsystemcompatibilityreport::CountFatalIncompatibilities() > 0) { ... }
 //
 // A run reads the blocklist of the application's language (the downloaded one, else the installed one),

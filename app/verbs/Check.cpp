@@ -52,9 +52,11 @@ SCRBlocklist ReadBlocklist(const std::string& path) {
 
   const Diagnostics diagnostics;
   SCRBlocklist blocklist(text);
-  if (!diagnostics.Problems().empty()) {
-    throw UserError(path + ": not a blocklist: " + diagnostics.Problems().back());
+  if (diagnostics.HasProblemIn("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist")) {
+    throw UserError(path + ": not a blocklist: " + diagnostics.Summary());
   }
+  // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
+  diagnostics.PrintProblems();
   const auto version = json::FindInteger(*document, "blocklist_version");
   if (!version || static_cast<std::uint32_t>(*version) == 0) {
     throw UserError(path + ": \"blocklist_version\" is missing or 0, so nothing of it is read; write 1");
@@ -79,7 +81,7 @@ Verdict Judge(const SCRBlocklist& blocklist, std::string machine, const OSCompon
 }
 
 Verdict JudgeThisMachine(const SCRBlocklist& blocklist) {
-  const auto registry = OSComponentRegistry::Get(true);
+  const auto registry = qelcore::host::ReadMachineWithoutKeeping();
   if (!registry) throw UserError("this machine's components cannot be read; --trace 1 tells why");
   return Judge(blocklist, kThisMachine, *registry);
 }
@@ -119,8 +121,8 @@ std::string WriteText(const Verdict& verdict) {
                                               : std::to_string(count) + " issues");
   for (const SCRIssue& issue : verdict.mIssues) {
     const bool isProperty = issue.GetType() == OSComponentType::kProperty;
-    const std::string detail =
-        isProperty ? " : " + issue.GetPropertyValue() : " v." + issue.GetVersion().ToString();
+    const std::string version = issue.GetVersion() ? " v." + issue.GetVersion().ToString() : std::string();
+    const std::string detail = isProperty ? " : " + issue.GetPropertyValue() : version;
     text += fmt::format("\n  {:<5} [{}] {}\n", SCRRule::ErrorLevelToString(issue.GetErrorLevel()),
                         ComponentTypeToString(issue.GetType()), Printable(issue.GetName() + detail));
     for (const std::string& line : {issue.GetInfoMessage(), issue.GetInfoURL(), issue.GetID()}) {

@@ -8,6 +8,7 @@
 #include "app/Output.h"
 #include "app/Snapshot.h"
 #include "app/Verbs.h"
+#include "host/qelcore/HostSetup.h"
 #include "platform/qelappsupport.h"
 #include "platform/qelcore/Components.h"
 
@@ -40,7 +41,7 @@ void ListComponents(bool asJSON) {
   const Diagnostics diagnostics;
   OSComponent::EnableSupportProperties(
       qelappsupport::IsFeatureEnabled("qelsystemcompatibilityreport.properties"));
-  const auto registry = OSComponentRegistry::Get(true);
+  const auto registry = qelcore::host::ReadMachineWithoutKeeping();
   diagnostics.PrintProblems();
   if (!registry) throw UserError("this machine's components cannot be read; --trace 1 tells why");
   Print(asJSON ? WriteSnapshot(*registry) : WriteTable(*registry));

@@ -1,6 +1,7 @@
 // `scr report`: the text report of this machine.
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <random>
 
 #include "app/Diagnostics.h"
@@ -48,14 +49,15 @@ void RunReport(const std::string& path) {
         diagnostics.Problems().empty()
             ? "the report could not be made: the blocklist file is empty, or the machine cannot be read; "
               "--trace 6 tells which files were looked at"
-            : "the report could not be made: " + diagnostics.Problems().back());
+            : "the report could not be made: " + diagnostics.Summary());
   }
   diagnostics.PrintProblems();
 }
 
-void Report(const std::string& outputPath) {
-  if (!outputPath.empty()) {
-    RunReport(std::filesystem::absolute(outputPath).string());
+void Report(const std::optional<std::string>& outputPath) {
+  if (outputPath) {
+    if (outputPath->empty()) throw UserError("--output: the name of a file is missing");
+    RunReport(std::filesystem::absolute(*outputPath).string());
     return;
   }
   const TemporaryFile file;
@@ -72,7 +74,7 @@ void AddReportVerb(CLI::App& application, ExitCode&) {
       "The issues are remembered, so that later runs can tell new ones from old.\n\n"
       "  scr report                       on standard output\n"
       "  scr report --output report.txt   into a file\n");
-  const auto outputPath = std::make_shared<std::string>();
+  const auto outputPath = std::make_shared<std::optional<std::string>>();
   verb->add_option("-o,--output", *outputPath, "File to write, in place of what is there")->type_name("FILE");
   verb->callback([outputPath] { Report(*outputPath); });
 }

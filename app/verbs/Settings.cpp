@@ -6,6 +6,7 @@
 #include <optional>
 #include <system_error>
 
+#include "app/Diagnostics.h"
 #include "app/Output.h"
 #include "app/Verbs.h"
 #include "host/qelcore/HostSetup.h"
@@ -103,6 +104,7 @@ void AddSettingsVerb(CLI::App& application, ExitCode&) {
       ->type_name("KEY")
       ->excludes(setting);
   verb->callback([arguments] {
+    const Diagnostics diagnostics;
     if (!arguments->mReset.empty()) {
       Reset(arguments->mReset);
     } else if (!arguments->mSetting.empty()) {
@@ -110,6 +112,7 @@ void AddSettingsVerb(CLI::App& application, ExitCode&) {
     } else {
       ListSettings();
     }
+    diagnostics.PrintProblems();
   });
 }
 

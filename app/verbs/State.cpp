@@ -22,7 +22,7 @@ void ChangeState(Change&& change) {
   const Diagnostics diagnostics;
   change();
   if (!diagnostics.Problems().empty()) {
-    throw UserError("the state could not be changed: " + diagnostics.Problems().back());
+    throw UserError("the state could not be changed: " + diagnostics.Summary());
   }
 }
 
@@ -57,7 +57,7 @@ void ShowState() {
     const Diagnostics diagnostics;
     const std::any value = ParseInputFile(path, ReadInputFile(path));
     const std::string text = Describe(json::AsDictionary(value));
-    if (!diagnostics.Problems().empty()) throw UserError(path + ": " + diagnostics.Problems().back());
+    if (!diagnostics.Problems().empty()) throw UserError(path + ": " + diagnostics.Summary());
     Print(text);
   } catch (const UserError& error) {
     throw UserError(error.what() + hint);

@@ -71,6 +71,10 @@ using ComponentSource = std::function<std::shared_ptr<const utility::OSComponent
 /// function brings the machine back.
 QELCORE_EXPORT void SetComponentSource(ComponentSource source);
 
+/// This machine's registry, or the component source's, read anew without leaving a trace: nothing is saved in
+/// the preferences directory, which need not exist. Null, and logged, when the machine cannot be enumerated.
+[[nodiscard]] QELCORE_EXPORT std::shared_ptr<const utility::OSComponentRegistry> ReadMachineWithoutKeeping();
+
 /// While it lives, the files of a recorded machine stand for the file system wherever the libraries ask
 /// whether a file or directory exists, what version a file has, or how a path's placeholders expand: a path
 /// exists when it is a key of the map, compared as written, and has the version that is its value; no

@@ -6,6 +6,7 @@
 #include "qelsystemcompatibilityreport/DebugSettings.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
+#include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -40,6 +41,7 @@ std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistr
   return AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::MatchToOSComponents",
                     std::vector<SCRIssue>(), [&] {
                       const ForcedMatching forced;
+                      ExpressionBudget::Start();
                       std::vector<SCRIssue> issues = FindIssues(registry);
                       std::sort(issues.begin(), issues.end());
                       matchID = IdentifyMatch(registry);

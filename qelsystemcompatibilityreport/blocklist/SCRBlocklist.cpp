@@ -27,6 +27,16 @@ void ReadTextIfPresent(const json::Dictionary& object, std::string_view key, std
   if (const std::string* const found = json::FindText(object, key)) text = *found;
 }
 
+std::string DescribeInvalidRule(std::size_t index, const SCRRule& rule) {
+  const std::string beginning =
+      "element " + std::to_string(index) + " of \"blocklist\" is not a valid rule: ";
+  if (rule.GetType() == OSComponentType::kInvalid) {
+    return beginning + "\"name\" or \"type\" is missing or wrong, or \"version\" is not a text";
+  }
+  return beginning + "\"osblc_version\" is 0, or a key has the wrong type; its name is \"" + rule.GetName() +
+         "\"";
+}
+
 void MixText(qelcore::MixHashGuidT<qelcore::HashValueMixerState>& state, const std::string& text) {
   qelcore::UpdateHashState(state, text.data(), text.size());
 }
@@ -50,7 +60,7 @@ void SCRBlocklist::Read(const std::string& json) {
   json::ParseError error;
   const std::any root = json::Parse(json, &error);
   if (!root.has_value()) {
-    throw std::runtime_error("not JSON, line " + std::to_string(error.mLine) + ", column " +
+    throw std::runtime_error("the blocklist is not JSON, line " + std::to_string(error.mLine) + ", column " +
                              std::to_string(error.mColumn) + ": " + error.mMessage);
   }
   const json::Dictionary& document = json::AsDictionary(root);
@@ -72,11 +82,7 @@ void SCRBlocklist::ReadRules(const json::Dictionary& document) {
   rules.reserve(elements->size());
   for (const std::any& element : *elements) {
     SCRRule rule;
-    if (!rule.FromJSON(element)) {
-      throw std::runtime_error("element " + std::to_string(rules.size()) +
-                               " of \"blocklist\" is not a valid rule" +
-                               (rule.GetName().empty() ? "" : ", its name is \"" + rule.GetName() + "\""));
-    }
+    if (!rule.FromJSON(element)) throw std::runtime_error(DescribeInvalidRule(rules.size(), rule));
     rules.push_back(std::move(rule));
   }
   mRules = std::move(rules);

@@ -1,13 +1,17 @@
 #include "qelsystemcompatibilityreport/rules/Expression.h"
 
 #include <locale>
+#include <optional>
 #include <utility>
 
+#include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionSize.h"
 
 namespace qelsystemcompatibilityreport {
 
 namespace {
+
+using Bounds = ExpressionBounds;
 
 /// Captures are of no interest. Where the library has it, the executor that keeps all states side by side
 /// instead of going back; it refuses back-references by itself.
@@ -18,45 +22,78 @@ constexpr std::regex_constants::syntax_option_type kSyntax = std::regex_constant
 #endif
     ;
 
-void RequireAtMost(std::size_t value, std::size_t bound, const char* what) {
-  if (value <= bound) return;
-  throw ExpressionTooComplex("the expression is too complex: " + std::string(what) + " " +
-                             std::to_string(value) + ", at most " + std::to_string(bound) + " allowed");
+/// What compiling costs, in steps of a match: for each character, and for each class of characters.
+constexpr std::size_t kCompilingACharacter = 25;
+constexpr std::size_t kCompilingAClass = 1'000;
+
+/// As much of an expression as a message quotes.
+constexpr std::size_t kMostBytesQuoted = 100;
+
+std::string Quoted(const std::string& expression) {
+  if (expression.size() <= kMostBytesQuoted) return "\"" + expression + "\"";
+  return "\"" + expression.substr(0, kMostBytesQuoted) + "...\"";
 }
 
-/// Whether `steps` times `length` as often as `times` says goes beyond the bound.
-bool NeedsTooManySteps(std::size_t steps, std::size_t length, std::size_t times) {
-  for (std::size_t time = 0; time < times; ++time) {
-    if (steps > ExpressionBounds::kMostSteps / length) return true;
-    steps *= length;
+/// The steps of a match at worst; nothing when they are beyond the bound.
+std::optional<std::size_t> CountSteps(const ExpressionSize& size, std::size_t textLength) {
+  std::size_t steps = size.mExpandedCharacters + 1;
+  for (std::size_t level = 0; level <= size.mLookAheadDepth; ++level) {
+    if (steps > Bounds::kMostSteps / (textLength + 1)) return std::nullopt;
+    steps *= textLength + 1;
   }
-  return false;
+  return steps;
 }
 
-void RequireWithinBounds(const std::string& expression, const std::string& text) {
-  RequireAtMost(expression.size(), ExpressionBounds::kMostBytes, "its length is");
-  const ExpressionSize size = MeasureExpression(expression);
-  RequireAtMost(size.mGroupDepth, ExpressionBounds::kDeepestGroups, "its groups are nested");
-  RequireAtMost(size.mLookAheadDepth, ExpressionBounds::kDeepestLookAheads, "its look-aheads are nested");
-  RequireAtMost(size.mExpandedCharacters, ExpressionBounds::kMostExpandedCharacters,
-                "with its repeats written out its length is");
-  if (NeedsTooManySteps(size.mExpandedCharacters + 1, text.size() + 1, size.mLookAheadDepth + 1)) {
-    throw ExpressionTooComplex("the expression is too complex for a text of " + std::to_string(text.size()) +
-                               " bytes");
+class Measured {
+ public:
+  explicit Measured(const std::string& expression) : mExpression(expression) {}
+
+  void RequireWithinBounds(const std::string& text) const {
+    Require(mExpression.size(), Bounds::kMostBytes, "its length is");
+    const ExpressionSize size = MeasureExpression(mExpression);
+    Require(size.mGroupDepth, Bounds::kDeepestGroups, "its groups are nested");
+    Require(size.mLookAheadDepth, Bounds::kDeepestLookAheads, "its look-aheads are nested");
+    Require(size.mExpandedCharacters, Bounds::kMostExpandedCharacters,
+            "with its repeats written out its length is");
+    const std::optional<std::size_t> steps = CountSteps(size, text.size());
+    if (!steps) Refuse("too complex for a text of " + std::to_string(text.size()) + " bytes");
+    const std::size_t compiling =
+        size.mExpandedCharacters * kCompilingACharacter + size.mCharacterClasses * kCompilingAClass;
+    if (!ExpressionBudget::Take(compiling + *steps)) {
+      Refuse("too complex: the expressions of this blocklist have used up the time that a match may take");
+    }
   }
-}
+
+ private:
+  void Require(std::size_t value, std::size_t bound, const char* what) const {
+    if (value <= bound) return;
+    Refuse("too complex: " + std::string(what) + " " + std::to_string(value) + ", at most " +
+           std::to_string(bound) + " allowed");
+  }
+
+  [[noreturn]] void Refuse(const std::string& reason) const {
+    throw ExpressionError(mExpression, std::regex_constants::error_complexity, reason);
+  }
+
+  const std::string& mExpression;
+};
 
 }  // namespace
 
-ExpressionTooComplex::ExpressionTooComplex(std::string message)
-    : std::regex_error(std::regex_constants::error_complexity), mMessage(std::move(message)) {}
+ExpressionError::ExpressionError(const std::string& expression, std::regex_constants::error_type code,
+                                 const std::string& reason)
+    : std::regex_error(code), mMessage("the expression " + Quoted(expression) + " is refused: " + reason) {}
 
 bool MatchesWhole(const std::string& expression, const std::string& text) {
-  RequireWithinBounds(expression, text);
+  Measured(expression).RequireWithinBounds(text);
   std::regex compiled;
-  compiled.imbue(std::locale::classic());
-  compiled.assign(expression, kSyntax);
-  return std::regex_match(text, compiled);
+  try {
+    compiled.imbue(std::locale::classic());
+    compiled.assign(expression, kSyntax);
+    return std::regex_match(text, compiled);
+  } catch (const std::regex_error& error) {
+    throw ExpressionError(expression, error.code(), error.what());
+  }
 }
 
 }  // namespace qelsystemcompatibilityreport

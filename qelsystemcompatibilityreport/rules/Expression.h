@@ -29,10 +29,12 @@ struct ExpressionBounds {
   static constexpr std::size_t kMostSteps = 20'000'000;
 };
 
-/// Thrown for an expression beyond the bounds.
-class ExpressionTooComplex : public std::regex_error {
+/// Thrown for an expression that is malformed, beyond the bounds, or cannot be run without backtracking. The
+/// message quotes the expression and says what is wrong with it.
+class ExpressionError : public std::regex_error {
  public:
-  explicit ExpressionTooComplex(std::string message);
+  ExpressionError(const std::string& expression, std::regex_constants::error_type code,
+                  const std::string& reason);
   [[nodiscard]] const char* what() const noexcept override { return mMessage.c_str(); }
 
  private:
@@ -40,8 +42,9 @@ class ExpressionTooComplex : public std::regex_error {
 };
 
 /// Whether the whole of `text` matches `expression`: ECMAScript grammar, case-sensitive, bytes as characters,
-/// whatever the process's locale. The expression is compiled afresh by each call. Throws `std::regex_error`
-/// for an expression that is malformed, beyond the bounds, or needs backtracking (a back-reference).
+/// whatever the process's locale. The expression is compiled afresh by each call. Throws `ExpressionError`
+/// for an expression that is malformed, beyond the bounds, beyond what is left of the match's budget
+/// (`ExpressionBudget`), or that needs backtracking (a back-reference).
 [[nodiscard]] bool MatchesWhole(const std::string& expression, const std::string& text);
 
 }  // namespace qelsystemcompatibilityreport

@@ -53,11 +53,11 @@ class Measurement {
         break;
       case '[':
         SkipBracket();
+        ++mSize.mCharacterClasses;
         AddAtom(1);
         break;
       case '\\':
-        mPlace = std::min(mPlace + 2, mText.size());
-        AddAtom(1);
+        TakeEscape();
         break;
       case '{':
         TakeCountedRepeat();
@@ -95,6 +95,14 @@ class Measurement {
     Group& group = mOpen.back();
     group.mCharacters = Add(group.mCharacters, characters);
     group.mLastAtom = characters;
+  }
+
+  void TakeEscape() {
+    constexpr std::string_view kClasses = "wWdDsS";
+    const std::string_view escaped = mText.substr(std::min(mPlace + 1, mText.size()), 1);
+    if (!escaped.empty() && kClasses.find(escaped) != std::string_view::npos) ++mSize.mCharacterClasses;
+    mPlace = std::min(mPlace + 2, mText.size());
+    AddAtom(1);
   }
 
   /// The sign is a state of the engine, and "a*{9}" repeats what "a*" stands for.

@@ -9,6 +9,7 @@ namespace qelsystemcompatibilityreport {
 /// How large an expression is. Counts that would overflow stay at the largest value.
 struct ExpressionSize {
   std::size_t mExpandedCharacters = 0;  ///< characters with counted repeats written out
+  std::size_t mCharacterClasses = 0;    ///< brackets and escaped classes such as "\\w", as they stand
   std::size_t mGroupDepth = 0;          ///< the deepest nesting of groups, look-aheads included
   std::size_t mLookAheadDepth = 0;      ///< the deepest nesting of look-aheads
 };

@@ -1,9 +1,7 @@
 // Which components a rule hits.
 #include <cstdlib>
-#include <exception>
 #include <unordered_map>
 
-#include "platform/qelcore/Trace.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 #include "qelsystemcompatibilityreport/rules/Expression.h"
@@ -114,13 +112,14 @@ class SCRRule::MatchingRun {
   /// candidate.
   template <typename Test>
   bool Passes(std::string_view context, Test&& test) {
-    try {
-      return test();
-    } catch (...) {
-      ++mTimesLogged;
-      qelcore::LogException(std::current_exception(), context);
-      return false;
-    }
+    bool hasEnded = false;
+    const bool passes = AtBoundary(context, false, [&] {
+      const bool result = test();
+      hasEnded = true;
+      return result;
+    });
+    if (!hasEnded) ++mTimesLogged;
+    return passes;
   }
 
   bool FindsSomething(const SCRRule& dependency) {

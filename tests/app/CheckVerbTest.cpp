@@ -37,7 +37,7 @@ TEST_F(CheckVerbTest, CheckListsTheIssuesOfASnapshot) {
         https://example.com/Video
         )" + idAt(0) + R"(
 
-  WARN  [File] %TEMP%\x.dll v.
+  WARN  [File] %TEMP%\x.dll
         Left behind.
         )" + idAt(1) + R"(
 
@@ -91,7 +91,7 @@ TEST_F(CheckVerbTest, CheckMatchesThisMachineWithoutRemembering) {
       {"check", Write("list.json", Blocklist(R"({"name": "Linux", "type": "OS", "error_level": "FATAL"})"))});
   EXPECT_EQ(result.mExitCode, 2) << result.mErrors;
   EXPECT_EQ(result.mOutput.rfind("this machine: 1 issue\n\n  FATAL [OS] Linux v.", 0), 0U) << result.mOutput;
-  EXPECT_FALSE(Exists("preferences/SCRPriorState.json"));
+  EXPECT_FALSE(Exists("preferences"));
 }
 
 TEST_F(CheckVerbTest, CheckNotesAListThatADownloadWouldRefuse) {
@@ -110,6 +110,19 @@ TEST_F(CheckVerbTest, CheckWarnsOfMalformedExpressionsOnce) {
   EXPECT_EQ(result.mErrors.find('\n'), result.mErrors.size() - 1) << result.mErrors;
 }
 
+/// The rule that has it hits nothing; the others are not affected.
+TEST_F(CheckVerbTest, CheckWarnsOfADependencyThatCannotBeRead) {
+  const std::string list = Write("list.json", Blocklist(R"(
+      {"name": "Windows", "type": "OS", "error_level": "WARN",
+       "dependencies": [{"name": "x", "type": "OS", "versions": "1"}]},
+      {"name": "Windows", "type": "OS", "error_level": "INFO", "dependencies": [5]},
+      {"name": "memory.mb", "type": "Property", "error_level": "INFO"})"));
+  const auto result = Scr({"check", list, "-m", Write("m.json", kMachine)});
+  EXPECT_EQ(result.mExitCode, 0) << result.mErrors;
+  EXPECT_EQ(result.mErrors.rfind("scr: warning: ", 0), 0U) << result.mErrors;
+  EXPECT_NE(result.mOutput.find(": 1 issue\n"), std::string::npos) << result.mOutput;
+}
+
 TEST_F(CheckVerbTest, CheckRefusesBadInput) {
   const std::string list = Write("list.json", Blocklist(""));
   const struct {
@@ -123,7 +136,11 @@ TEST_F(CheckVerbTest, CheckRefusesBadInput) {
       {R"({"blocklist_version": 0, "blocklist": []})", "\"blocklist_version\" is missing or 0"},
       {R"({"blocklist_version": "1"})", "not a blocklist"},
       {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a"}, {"type": "Vidoe", "name": "b"}]})",
-       "element 1 of \"blocklist\" is not a valid rule"},
+       "element 1 of \"blocklist\" is not a valid rule: \"name\" or \"type\" is missing or wrong"},
+      {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a", "versions": "1"}]})",
+       "\"versions\" is"},
+      {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a", "osblc_version": 0}]})",
+       "\"osblc_version\" is 0"},
       {R"({"blocklist_version": 1, "blocklist": {}})", "not a blocklist"},
   };
   for (const auto& row : lists) ExpectError(Scr({"check", Write("bad.json", row.mContent)}), row.mText);

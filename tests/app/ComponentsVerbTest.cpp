@@ -10,6 +10,7 @@ TEST_F(ComponentsVerbTest, ComponentsAsATable) {
   const auto result = Scr({"components"});
   EXPECT_EQ(result.mExitCode, 0);
   EXPECT_EQ(result.mErrors, "");
+  EXPECT_FALSE(Exists("preferences"));
   EXPECT_NE(result.mOutput.find("OS        Linux "), std::string::npos) << result.mOutput;
   EXPECT_NE(result.mOutput.find("Property  os.kernel_release "), std::string::npos) << result.mOutput;
 }

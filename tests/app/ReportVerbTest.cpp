@@ -85,7 +85,18 @@ TEST_F(ReportVerbTest, ReportWarnsOfABrokenBlocklist) {
   const auto result = Scr({"report"});
   EXPECT_EQ(result.mExitCode, 0);
   ExpectReport(result.mOutput);
-  EXPECT_EQ(result.mErrors.rfind("scr: warning: not JSON, line 1, column ", 0), 0U) << result.mErrors;
+  EXPECT_EQ(result.mErrors.rfind("scr: warning: the blocklist is not JSON, line 1, column ", 0), 0U)
+      << result.mErrors;
+}
+
+TEST_F(ReportVerbTest, ReportThatCannotBeRememberedSaysSo) {
+  Write(kListPath, Blocklist(kLinuxRule));
+  Write("preferences/SCRPriorState.json/in-the-way", "");
+  const auto result = Scr({"report"});
+  EXPECT_EQ(result.mExitCode, 0);
+  ExpectReport(result.mOutput);
+  EXPECT_NE(result.mErrors.find("scr: warning: the issues could not be remembered: "), std::string::npos)
+      << result.mErrors;
 }
 
 TEST_F(ReportVerbTest, ReportTracesWhenAsked) {

@@ -33,6 +33,16 @@ TEST_F(SettingsVerbTest, SettingThatNoProgramKnowsCanBeTakenOut) {
   EXPECT_EQ(Scr({"settings"}).mOutput.find("stray"), std::string::npos);
 }
 
+TEST_F(SettingsVerbTest, SettingsFileThatIsBrokenIsToldAndKeptAside) {
+  Write("preferences/DebugDatabase.json", "{broken");
+  const auto listed = Scr({"settings"});
+  EXPECT_EQ(listed.mExitCode, 0);
+  EXPECT_EQ(listed.mErrors.rfind("scr: warning: ", 0), 0U) << listed.mErrors;
+  EXPECT_NE(listed.mErrors.find("DebugDatabase.json"), std::string::npos) << listed.mErrors;
+  EXPECT_EQ(Scr({"settings", std::string(kSetting) + "=true"}).mExitCode, 0);
+  EXPECT_EQ(mFiles.Read("preferences/DebugDatabase.json.broken"), "{broken");
+}
+
 TEST_F(SettingsVerbTest, SettingThatCannotBeSavedIsAnError) {
   Write("preferences/DebugDatabase.json/in-the-way", "");
   ExpectError(Scr({"settings", std::string(kSetting) + "=true"}), "DebugDatabase.json");

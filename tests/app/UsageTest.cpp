@@ -39,7 +39,9 @@ TEST_F(UsageTest, WrongUseGetsOneLineThatSaysWhatToDo) {
       {{"report", "--outptu", "x"}, "--outptu"},
       {{"report", "--output"}, "--output"},
       {{"check"}, "BLOCKLIST"},
-      {{"state"}, "scr --help"},
+      {{"state"}, "scr state: a verb is missing; \"scr state --help\""},
+      {{"report", "bogus"}, "bogus: not expected here; \"scr report --help\""},
+      {{"report", "--output", ""}, "--output: the name of a file is missing"},
       {{"state", "burn"}, "burn"},
       {{"--trace", "9", "components"}, "--trace"},
       {{"--trace", "loud", "components"}, "--trace"},
@@ -52,6 +54,12 @@ TEST_F(UsageTest, WrongUseGetsOneLineThatSaysWhatToDo) {
       {{"settings", "--reset", "no.such.setting"}, "there is no such setting"},
   };
   for (const auto& row : rows) ExpectError(Scr(row.mArguments), row.mText);
+}
+
+/// As from a script whose variable is empty. The user's own directories must not step in.
+TEST_F(UsageTest, AnEmptyDirectoryIsRefused) {
+  ExpectError(Run({"--pref-dir", "", "components"}), "--pref-dir: the name of a directory is missing");
+  ExpectError(Run({"--app-dir", "", "components"}), "--app-dir: the name of a directory is missing");
 }
 
 TEST_F(UsageTest, OptionsMayStandBehindTheVerb) {

@@ -66,4 +66,15 @@ TEST(ExpressionSizeTest, Measures) {
   }
 }
 
+TEST(ExpressionSizeTest, CountsCharacterClasses) {
+  const struct {
+    const char* mExpression;
+    std::size_t mClasses;
+  } rows[] = {
+      {"abc", 0}, {"[a-z][[:alpha:]]", 2}, {"\\w\\W\\d\\D\\s\\S", 6}, {"\\b\\.\\n\\\\w", 0}, {"\\", 0}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(MeasureExpression(row.mExpression).mCharacterClasses, row.mClasses) << row.mExpression;
+  }
+}
+
 }  // namespace

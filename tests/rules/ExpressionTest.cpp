@@ -5,6 +5,7 @@
 #include <clocale>
 #include <string>
 
+#include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 #include "tests/support/SmallStack.h"
 
 namespace {
@@ -130,27 +131,68 @@ TEST(ExpressionTest, BeyondTheBoundsTheRefusalSaysWhich) {
   const struct {
     std::string mExpression;
     std::string mText;
-    const char* mMessage;
+    std::string mMessage;
   } rows[] = {
-      {Repeated("a", 4097), "a", "the expression is too complex: its length is 4097, at most 4096 allowed"},
+      {Repeated("a", 4097), "a",
+       "the expression \"" + Repeated("a", 100) +
+           "...\" is refused: too complex: its length is 4097, at most 4096 allowed"},
       {Repeated("(", 33) + Repeated(")", 33), "a",
-       "the expression is too complex: its groups are nested 33, at most 32 allowed"},
+       "the expression \"" + Repeated("(", 33) + Repeated(")", 33) +
+           "\" is refused: too complex: its groups are nested 33, at most 32 allowed"},
       {"(?=(?=(?=a)))", "a",
-       "the expression is too complex: its look-aheads are nested 3, at most 2 allowed"},
-      {"a{4097}", "a",
-       "the expression is too complex: with its repeats written out its length is 4097, at most 4096 "
+       "the expression \"(?=(?=(?=a)))\" is refused: too complex: its look-aheads are nested 3, at most 2 "
        "allowed"},
-      {"^.*" + Repeated("x", 100), Repeated("a", 1'000'000),
-       "the expression is too complex for a text of 1000000 bytes"},
+      {"a{4097}", "a",
+       "the expression \"a{4097}\" is refused: too complex: with its repeats written out its length is 4097, "
+       "at most 4096 allowed"},
+      {"^.*" + Repeated("x", 90), Repeated("a", 1'000'000),
+       "the expression \"^.*" + Repeated("x", 90) + "\" is refused: too complex for a text of 1000000 bytes"},
   };
   for (const auto& row : rows) {
     try {
       static_cast<void>(MatchesWhole(row.mExpression, row.mText));
       ADD_FAILURE() << row.mMessage;
     } catch (const std::regex_error& error) {
-      EXPECT_STREQ(error.what(), row.mMessage);
+      EXPECT_EQ(error.what(), row.mMessage);
     }
   }
+}
+
+TEST(ExpressionTest, AMalformedExpressionIsQuoted) {
+  try {
+    static_cast<void>(MatchesWhole("Intel(R", "Intel"));
+    FAIL();
+  } catch (const std::regex_error& error) {
+    EXPECT_EQ(std::string(error.what()).rfind("the expression \"Intel(R\" is refused: ", 0), 0U)
+        << error.what();
+    EXPECT_EQ(error.code(), std::regex_constants::error_paren);
+  }
+}
+
+/// A thousand costly expressions must not add up to a stall. Ordinary ones still work when they are refused.
+TEST(ExpressionTest, CostlyExpressionsUseUpTheBudgetOfAMatch) {
+  // It fails at the first character, but that cannot be known before.
+  const std::string costly = Repeated("a", 2000);
+  const std::string text = Repeated("b", 4000);
+  int ran = 0;
+  int refused = 0;
+  for (int time = 0; time < 1000; ++time) {
+    try {
+      EXPECT_FALSE(MatchesWhole(costly, text));
+      ++ran;
+    } catch (const std::regex_error&) {
+      ++refused;
+    }
+  }
+  // One costs 8 million steps; 200 million are there at the start.
+  EXPECT_GT(ran, 20);
+  EXPECT_LT(ran, 30);
+  EXPECT_EQ(ran + refused, 1000);
+  for (int time = 0; time < 10'000; ++time)
+    EXPECT_TRUE(MatchesWhole("^.*\\bMiniport\\b.*$", "WAN Miniport (PPTP)"));
+
+  qelsystemcompatibilityreport::ExpressionBudget::Start();
+  EXPECT_FALSE(MatchesWhole(costly, text));
 }
 
 }  // namespace

@@ -10,6 +10,9 @@ namespace qelcore::host {
 /// read is left out; does not throw for a machine that lacks something.
 [[nodiscard]] utility::OSComponentRegistry::Components ReadThisMachine(bool explicitRun);
 
+/// The same, all read anew, and nothing is written: neither the preferences directory nor anything in it.
+[[nodiscard]] utility::OSComponentRegistry::Components ReadThisMachineWithoutKeeping();
+
 /// Deletes the properties that `ReadThisMachine` saved in the preferences directory. Throws when they exist
 /// and cannot be deleted.
 void DeleteSavedProperties();

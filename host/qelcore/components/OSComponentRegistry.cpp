@@ -55,6 +55,22 @@ std::shared_ptr<const OSComponentRegistry> ReadRegistry(bool explicitRun) {
 
 namespace host {
 
+std::shared_ptr<const OSComponentRegistry> ReadMachineWithoutKeeping() {
+  try {
+    Source& source = TheSource();
+    ComponentSource replacement;
+    {
+      const std::lock_guard lock(source.mMutex);
+      replacement = source.mReplacement;
+    }
+    return replacement ? replacement(true)
+                       : std::make_shared<const OSComponentRegistry>(ReadThisMachineWithoutKeeping());
+  } catch (...) {
+    LogException(std::current_exception(), "qelcore::host::ReadMachineWithoutKeeping");
+    return nullptr;
+  }
+}
+
 void SetComponentSource(ComponentSource source) {
   Source& current = TheSource();
   const std::lock_guard lock(current.mMutex);

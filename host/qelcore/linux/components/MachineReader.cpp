@@ -7,6 +7,7 @@
 #include <optional>
 #include <system_error>
 
+#include "host/qelcore/HostSetup.h"
 #include "host/qelcore/linux/components/ReadMachine.h"
 #include "host/qelcore/linux/components/SavedProperties.h"
 #include "host/qelcore/linux/components/Surroundings.h"
@@ -21,9 +22,13 @@ std::int64_t SecondsSince1970() {
   return std::chrono::duration_cast<std::chrono::seconds>(sinceEpoch).count();
 }
 
-std::optional<std::uint64_t> FreeBytes(const filesupport::Dir& directory) {
+/// On the file system that a directory is on, or will be on once it is made.
+std::optional<std::uint64_t> FreeBytes(std::filesystem::path directory) {
   std::error_code error;
-  const std::filesystem::space_info space = std::filesystem::space(directory.GetFullPath(), error);
+  while (!std::filesystem::exists(directory, error) && directory.has_relative_path()) {
+    directory = directory.parent_path();
+  }
+  const std::filesystem::space_info space = std::filesystem::space(directory, error);
   return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
 }
 
@@ -36,13 +41,19 @@ utility::OSComponentRegistry::Components ReadThisMachine(bool explicitRun) {
     try {
       const filesupport::Dir preferences = filesupport::Dir::PrefDir();
       keeping = components::PropertyKeeping{preferences, explicitRun, SecondsSince1970()};
-      surroundings.mFreeBytes = FreeBytes(preferences);
+      surroundings.mFreeBytes = FreeBytes(preferences.GetFullPath());
     } catch (...) {
       // Without a preferences directory the properties are read and not kept.
       LogException(std::current_exception(), components::kLogContext);
     }
   }
   return components::ReadMachine("/", surroundings, keeping);
+}
+
+utility::OSComponentRegistry::Components ReadThisMachineWithoutKeeping() {
+  components::Surroundings surroundings = components::SurroundingsOfThisProcess();
+  surroundings.mFreeBytes = FreeBytes(GetDirectories().mPreferences);
+  return components::ReadMachine("/", surroundings, std::nullopt);
 }
 
 void DeleteSavedProperties() {

@@ -1,0 +1,24 @@
+#include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
+
+#include <algorithm>
+
+namespace qelsystemcompatibilityreport {
+
+namespace {
+
+std::ptrdiff_t gBalance = ExpressionBudget::kBalanceAtStart;
+
+}  // namespace
+
+void ExpressionBudget::Start() {
+  gBalance = kBalanceAtStart;
+}
+
+bool ExpressionBudget::Take(std::size_t cost) {
+  gBalance = std::min(gBalance + kAddedForEachExpression, kBalanceAtStart);
+  if (cost > static_cast<std::size_t>(gBalance)) return false;
+  gBalance -= static_cast<std::ptrdiff_t>(cost);
+  return true;
+}
+
+}  // namespace qelsystemcompatibilityreport
