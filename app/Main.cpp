@@ -17,8 +17,7 @@ constexpr const char* kDescription =
     "known to cause trouble, and what to do about it.\n\n"
     "First steps:\n"
     "  scr report               the report of this machine\n"
-    "  scr components           what this machine is made of\n"
-    "  scr check BLOCKLIST      match a blocklist of your own\n"
+    "  scr check BLOCKLIST      the same for a blocklist of your own\n"
     "  scr VERB --help          everything about a verb\n\n"
     "The options may stand before or behind every verb.\n";
 
@@ -46,6 +45,9 @@ int Run(int argumentCount, char** arguments) {
                                                 std::to_string(QELSCR_VERSION_MINOR));
   application.set_help_flag("-h,--help", "Show this help");
   application.require_subcommand(1);
+  // Inherited by the verbs.
+  application.get_formatter()->label("SUBCOMMAND", "VERB");
+  application.get_formatter()->label("REQUIRED", "(required)");
   application.fallthrough();
   hostOptions.AddTo(application);
   application.parse_complete_callback([&] { hostOptions.SetUpHost(); });

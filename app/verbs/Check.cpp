@@ -157,15 +157,17 @@ ExitCode Check(const Arguments& arguments) {
 }  // namespace
 
 void AddCheckVerb(CLI::App& application, ExitCode& exitCode) {
-  CLI::App* const verb = application.add_subcommand(
-      "check",
+  CLI::App* const verb =
+      application.add_subcommand("check", "Match a blocklist against this machine or recorded ones");
+  verb->group("Verbs")->footer(
       "Matches a blocklist against this machine, or against recorded ones, and lists the issues.\n"
       "Nothing is remembered. Exit code: 0 nothing serious, 2 issues of level WARN, ERROR or FATAL,\n"
-      "1 bad input or wrong use.\n\n"
+      "1 bad input or wrong use.\n"
+      "\n"
       "  scr check mylist.json\n"
       "  scr check mylist.json --machine office.json --machine lab.json --json\n");
   const auto arguments = std::make_shared<Arguments>();
-  verb->add_option("BLOCKLIST", arguments->mBlocklist, "Blocklist file, JSON")->required();
+  verb->add_option("BLOCKLIST", arguments->mBlocklist, "Blocklist file, JSON")->required()->type_name("");
   verb->add_option("-m,--machine", arguments->mMachines,
                    "Machine snapshot to check instead of this machine (may be repeated)")
       ->type_name("SNAPSHOT");

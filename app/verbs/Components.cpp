@@ -50,9 +50,10 @@ void ListComponents(bool asJSON) {
 }  // namespace
 
 void AddComponentsVerb(CLI::App& application, ExitCode&) {
-  CLI::App* const verb = application.add_subcommand(
-      "components",
-      "This machine's components as rules see them: kind, name, and version or value.\n\n"
+  CLI::App* const verb = application.add_subcommand("components", "What this machine is made of");
+  verb->group("Verbs")->footer(
+      "This machine's components as rules see them: kind, name, and version or value.\n"
+      "\n"
       "  scr components                       a table\n"
       "  scr components --json > here.json    a snapshot that \"scr check --machine\" accepts\n");
   const auto asJSON = std::make_shared<bool>(false);

@@ -68,10 +68,11 @@ void Report(const std::optional<std::string>& outputPath) {
 }  // namespace
 
 void AddReportVerb(CLI::App& application, ExitCode&) {
-  CLI::App* const verb = application.add_subcommand(
-      "report",
+  CLI::App* const verb = application.add_subcommand("report", "The report of this machine as text");
+  verb->group("Verbs")->footer(
       "The report of this machine as text: its components, the known issues of each, and what they mean.\n"
-      "The issues are remembered, so that later runs can tell new ones from old.\n\n"
+      "The issues are remembered, so that later runs can tell new ones from old.\n"
+      "\n"
       "  scr report                       on standard output\n"
       "  scr report --output report.txt   into a file\n");
   const auto outputPath = std::make_shared<std::optional<std::string>>();

@@ -88,9 +88,10 @@ struct Arguments {
 }  // namespace
 
 void AddSettingsVerb(CLI::App& application, ExitCode&) {
-  CLI::App* const verb = application.add_subcommand(
-      "settings",
-      "Debug settings, for developers and support staff. They are saved in the preferences directory.\n\n"
+  CLI::App* const verb = application.add_subcommand("settings", "Debug settings");
+  verb->group("Verbs")->footer(
+      "Debug settings, for developers and support staff. They are saved in the preferences directory.\n"
+      "\n"
       "  scr settings                   lists them\n"
       "  scr settings KEY               shows one\n"
       "  scr settings KEY=VALUE         changes one\n"
@@ -99,10 +100,10 @@ void AddSettingsVerb(CLI::App& application, ExitCode&) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::Option* const setting =
       verb->add_option("SETTING", arguments->mSetting, "Setting to show or to change")
-          ->type_name("KEY[=VALUE]");
+          ->option_text("KEY[=VALUE]");
   verb->add_option("--reset", arguments->mReset, "Setting to bring back to its default")
-      ->type_name("KEY")
-      ->excludes(setting);
+      ->excludes(setting)
+      ->option_text("KEY");
   verb->callback([arguments] {
     const Diagnostics diagnostics;
     if (!arguments->mReset.empty()) {

@@ -69,23 +69,24 @@ void ShowState() {
 }  // namespace
 
 void AddStateVerb(CLI::App& application, ExitCode&) {
-  CLI::App* const verb = application.add_subcommand(
-      "state",
+  CLI::App* const verb = application.add_subcommand("state", "What is remembered from earlier reports");
+  verb->group("Verbs")->footer(
       "What is remembered from earlier reports: the issues that they found, and whether the report may come\n"
-      "up at launch.\n\n"
+      "up at launch.\n"
+      "\n"
       "  scr state show      shows it\n"
       "  scr state forget    deletes it, so that every issue is new again\n"
       "  scr state quiet     no report at launch\n"
       "  scr state loud      the report at launch, when it matters\n");
   verb->require_subcommand(1);
-  verb->add_subcommand("show", "Show what is remembered")->callback(ShowState);
-  verb->add_subcommand("forget", "Forget the issues, the setting and the saved properties")->callback([] {
-    ChangeState(qelsystemcompatibilityreport::DeleteReportSavedState);
-  });
-  verb->add_subcommand("quiet", "Never show the report at launch")->callback([] {
+  verb->add_subcommand("show", "Show what is remembered")->group("Verbs")->callback(ShowState);
+  verb->add_subcommand("forget", "Forget the issues, the setting and the saved properties")
+      ->group("Verbs")
+      ->callback([] { ChangeState(qelsystemcompatibilityreport::DeleteReportSavedState); });
+  verb->add_subcommand("quiet", "Never show the report at launch")->group("Verbs")->callback([] {
     ChangeState([] { qelsystemcompatibilityreport::SetAllowDisplayReportAtStartup(false); });
   });
-  verb->add_subcommand("loud", "Show the report at launch when it matters")->callback([] {
+  verb->add_subcommand("loud", "Show the report at launch when it matters")->group("Verbs")->callback([] {
     ChangeState([] { qelsystemcompatibilityreport::SetAllowDisplayReportAtStartup(true); });
   });
 }
