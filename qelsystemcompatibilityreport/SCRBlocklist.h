@@ -69,6 +69,8 @@ class QELSCR_EXPORT SCRBlocklist {
   [[nodiscard]] bool NeedsRematch(const OSComponentRegistry& registry, const Guid& matchID) const;
 
  private:
+  friend struct SCRBlocklistTestAccess;
+
   void Read(const std::string& json);
   void ReadRules(const qelcore::json::Dictionary& document);
   void ReadDefaults(const qelcore::json::Dictionary& document);

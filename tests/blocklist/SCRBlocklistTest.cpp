@@ -9,6 +9,17 @@
 #include "tests/support/Rules.h"
 #include "tests/support/TestHost.h"
 
+namespace qelsystemcompatibilityreport {
+
+/// Reaches the defaults of a kind, which only matching asks for.
+struct SCRBlocklistTestAccess {
+  static const SCRBlocklist::DefaultInfoAndURL& Defaults(const SCRBlocklist& blocklist, int kind) {
+    return blocklist.GetDefaultInfoAndURL(static_cast<OSComponentType>(kind));
+  }
+};
+
+}  // namespace qelsystemcompatibilityreport
+
 namespace {
 
 using qelcore::Guid;
@@ -16,6 +27,7 @@ using qelsystemcompatibilityreport::OSComponent;
 using qelsystemcompatibilityreport::OSComponentRegistry;
 using qelsystemcompatibilityreport::OSComponentType;
 using qelsystemcompatibilityreport::SCRBlocklist;
+using qelsystemcompatibilityreport::SCRBlocklistTestAccess;
 using qelsystemcompatibilityreport::SCRIssue;
 using testsupport::Component;
 
@@ -288,6 +300,20 @@ TEST_F(SCRBlocklistTest, ManyRulesKeepTheirOrder) {
     expected.push_back(message);
   }
   EXPECT_EQ(Messages(SCRBlocklist(json + "]}")), expected);
+}
+
+TEST_F(SCRBlocklistTest, AKindWithoutDefaultsHasEmptyTexts) {
+  const SCRBlocklist blocklist(R"({"blocklist_version":1,)" + AllDefaults() + "}");
+  const char* const kinds[] = {"OS", "Video", "Audio", "Network", "File", "Property"};
+  for (int kind = 0; kind < 6; ++kind) {
+    EXPECT_EQ(SCRBlocklistTestAccess::Defaults(blocklist, kind).info_message,
+              kinds[kind] + std::string(" message"));
+    EXPECT_EQ(SCRBlocklistTestAccess::Defaults(blocklist, kind).info_url, kinds[kind] + std::string(" link"));
+  }
+  for (const int kind : {-1, 6, -2, 1000}) {
+    EXPECT_EQ(SCRBlocklistTestAccess::Defaults(blocklist, kind).info_message, "") << kind;
+    EXPECT_EQ(SCRBlocklistTestAccess::Defaults(blocklist, kind).info_url, "") << kind;
+  }
 }
 
 }  // namespace
