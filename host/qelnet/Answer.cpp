@@ -1,0 +1,7 @@
+#include "host/qelnet/Answer.h"
+
+namespace qelnet {
+
+Response::~Response() = default;
+
+}  // namespace qelnet

@@ -1,0 +1,71 @@
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/qelnet/HostSetup.h"
+#include "host/qelnet/Options.h"
+#include "host/qelnet/RequestHeaders.h"
+#include "host/qelnet/Tracing.h"
+#include "host/qelnet/Url.h"
+#include "host/qelnet/Worker.h"
+#include "platform/qelcore/Config.h"
+#include "platform/qelcore/Trace.h"
+#include "platform/qelnet.h"
+
+namespace qelnet {
+
+namespace {
+
+/// Without a lock, because registering takes one that the host holds while it calls initializers, and those
+/// may call `GET`.
+void RegisterTermination() {
+  static std::atomic<bool> isRegistered{false};
+  if (!isRegistered.exchange(true)) {
+    qelcore::config::AddTerminationForSingleton(host::Shutdown, "qelnet::host::Shutdown");
+  }
+}
+
+bool Refuse(const qelcore::Guid& identifier, const char* reason) {
+  TraceRequest(kWarningLevel, identifier, [&] { return std::string("Refused: ") + reason; });
+  return false;
+}
+
+bool Start(Request request) {
+  const qelcore::Guid identifier = request.mIdentifier;
+  PrepareCurl();
+  RegisterTermination();
+  TraceRequest(kDetailLevel, identifier, [&] { return '"' + request.mUrl.mForLog + '"'; });
+  auto transfer = std::make_unique<Transfer>(std::move(request));
+  return Worker::Instance().Start(transfer) || Refuse(identifier, "The library cannot serve it any more.");
+}
+
+}  // namespace
+
+bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::ImmutableString& url,
+         const Headers& headers, const Configuration& /*configuration*/) {
+  try {
+    std::optional<Url> parsed = ParseUrl(url.View());
+    if (!parsed) return Refuse(identifier, "Its address is malformed or of another scheme.");
+    if (!CanBeSent(headers)) return Refuse(identifier, "It has a header that HTTP does not allow.");
+    return Start({.mIdentifier = identifier,
+                  .mCompletion = std::move(completion),
+                  .mUrl = *std::move(parsed),
+                  .mHeaders = headers,
+                  .mOptions = CurrentOptions()});
+  } catch (...) {
+    qelcore::LogException(std::current_exception(), "qelnet::GET");
+    return false;
+  }
+}
+
+namespace host {
+
+void Shutdown() {
+  Worker::Instance().Shutdown();
+}
+
+}  // namespace host
+}  // namespace qelnet

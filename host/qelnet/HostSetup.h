@@ -1,0 +1,39 @@
+// The HTTP library's own interface: what an application or a test sets up. Process-wide; any thread may call.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+#include "platform/qelnet.h"
+
+namespace qelnet::host {
+
+/// How requests are made. Time-outs below 1 ms count as 1 ms, and those above a day as a day.
+struct Options {
+  /// From the start of a connection until it is ready for the request: resolving, connecting, a proxy and
+  /// TLS.
+  std::chrono::milliseconds mConnectTimeout{30'000};
+
+  /// The longest time, once the request is sent, without a header line or a byte of the body.
+  std::chrono::milliseconds mStallTimeout{60'000};
+
+  /// The largest body, in bytes.
+  std::size_t mLargestBody{67'108'864};
+
+  /// A PEM file of certificate authorities, as a UTF-8 path, that stands for the system's store. Empty means
+  /// the system's store.
+  std::string mCertificateAuthorities{};
+};
+
+/// Sets the options of the requests that start from now on. Those in flight keep theirs.
+QELNET_EXPORT void SetOptions(const Options& options);
+
+/// Ends the library for the rest of the process: requests in flight complete at once with status 0, and `GET`
+/// refuses every further one. No completion is called after it returned, and none was forgotten. It waits for
+/// a completion that is running, so a caller must not hold a lock that a completion takes; called from within
+/// a completion it does not wait for that one. The first `GET` registers it as a termination action, so it
+/// need not be called where the host's `EndProcess` is.
+QELNET_EXPORT void Shutdown();
+
+}  // namespace qelnet::host

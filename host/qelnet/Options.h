@@ -1,0 +1,11 @@
+// The options in force.
+#pragma once
+
+#include "host/qelnet/HostSetup.h"
+
+namespace qelnet {
+
+/// The options of a request that starts now, with its time-outs within their bounds. Any thread may call.
+[[nodiscard]] host::Options CurrentOptions();
+
+}  // namespace qelnet
