@@ -24,6 +24,21 @@ namespace qelappsupport {
 /// thread may call. Does not throw.
 [[nodiscard]] QELAPPSUPPORT_EXPORT bool IsFeatureEnabled(std::string_view name);
 
+namespace feature {
+
+/// How far a feature has come. The number is fixed: do not renumber.
+enum class Stage : std::uint32_t { kBeta = 1 };
+
+/// A static object that declares a feature which can be switched on and off by its name. `description` is a
+/// localisable text with a key of its own; `ticket` names the work item that the feature belongs to.
+/// Declaring a name a second time is ignored.
+class QELAPPSUPPORT_EXPORT BetaFeature {
+ public:
+  BetaFeature(std::string name, Stage stage, std::string description, std::string ticket);
+};
+
+}  // namespace feature
+
 // ---- Analytics events -------------------------------------------------------------------------------------
 
 namespace analytics {

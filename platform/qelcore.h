@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/qelcore/AppState.h"
+#include "platform/qelcore/ClassRef.h"
 #include "platform/qelcore/Components.h"
 #include "platform/qelcore/Config.h"
 #include "platform/qelcore/CrashTrail.h"
@@ -13,6 +14,8 @@
 #include "platform/qelcore/Hash.h"
 #include "platform/qelcore/Json.h"
 #include "platform/qelcore/Localisation.h"
+#include "platform/qelcore/Messaging.h"
 #include "platform/qelcore/Text.h"
 #include "platform/qelcore/Threads.h"
 #include "platform/qelcore/Trace.h"
+#include "platform/qelcore/UsageStatistics.h"

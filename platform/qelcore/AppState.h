@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/qelcore/Export.h"
+#include "platform/qelcore/Messaging.h"
 
 namespace qelcore::appstatemanager {
 
@@ -22,5 +24,22 @@ enum class AppState : std::int32_t {
 
 /// The application's present state; `kLoaded` before the host said anything. Any thread may call.
 [[nodiscard]] QELCORE_EXPORT AppState GetAppState();
+
+/// The station that announces the application's states.
+[[nodiscard]] QELCORE_EXPORT messaging::StationID GetStationID();
+
+/// Sent on that station with each new state, after `GetAppState` returns it.
+class QELCORE_EXPORT AppStateMessage : public messaging::Message {
+ public:
+  static constexpr std::string_view kTypeName = "qelcore::appstatemanager::AppStateMessage";
+
+  explicit AppStateMessage(AppState state);
+  ~AppStateMessage() override;
+
+  [[nodiscard]] AppState GetState() const { return mState; }
+
+ private:
+  AppState mState;
+};
 
 }  // namespace qelcore::appstatemanager

@@ -41,7 +41,7 @@ enum class RunResult {
 
 /// What the report dialog shows.
 struct ReportPresentation {
-  OS_Window* mParentWindow = nullptr;
+  qelui::OS_Window* mParentWindow = nullptr;
   std::u16string mApplicationName;
   std::vector<SCRIssue> mIssues;
   TextReportWriter mTextWriter;
@@ -53,7 +53,7 @@ using PresentReport = std::function<void(const ReportPresentation&)>;
 
 /// What a run works for and with.
 struct RunRequest {
-  OS_Window* mParentWindow = nullptr;
+  qelui::OS_Window* mParentWindow = nullptr;
   std::u16string mApplicationName;
   std::u16string mOutputPath{};  ///< empty: no text report is written
   RunMode mMode = RunMode::kLaunch;

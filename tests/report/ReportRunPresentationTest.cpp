@@ -217,7 +217,7 @@ TEST_F(ReportRunPresentationTest, ARequestAtLaunchHeedsTheChoice) {
 TEST_F(ReportRunPresentationTest, TheDialogGetsWhatItShows) {
   auto request = Request(RunMode::kHelp);
   int window = 0;
-  request.mParentWindow = reinterpret_cast<OS_Window*>(&window);
+  request.mParentWindow = reinterpret_cast<qelui::OS_Window*>(&window);
   request.mApplicationName = u"M\u00fcller \U0001F600";
   const auto rules =
       Joined({CardRules("INFO", 1),
@@ -228,7 +228,7 @@ TEST_F(ReportRunPresentationTest, TheDialogGetsWhatItShows) {
   static_cast<void>(RunReport(request, BlocklistText(rules), mState, mSecondWarning));
   ASSERT_EQ(mPresentations.size(), 1U);
   const auto& shown = mPresentations[0];
-  EXPECT_EQ(shown.mParentWindow, reinterpret_cast<OS_Window*>(&window));
+  EXPECT_EQ(shown.mParentWindow, reinterpret_cast<qelui::OS_Window*>(&window));
   EXPECT_EQ(shown.mApplicationName, u"M\u00fcller \U0001F600");
   EXPECT_FALSE(shown.mBlocklistIsMissing);
   std::vector<std::string> messages;
