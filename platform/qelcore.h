@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/qelcore/AppState.h"
+#include "platform/qelcore/Browser.h"
 #include "platform/qelcore/ClassRef.h"
 #include "platform/qelcore/Components.h"
 #include "platform/qelcore/Config.h"
@@ -17,5 +18,6 @@
 #include "platform/qelcore/Messaging.h"
 #include "platform/qelcore/Text.h"
 #include "platform/qelcore/Threads.h"
+#include "platform/qelcore/Timer.h"
 #include "platform/qelcore/Trace.h"
 #include "platform/qelcore/UsageStatistics.h"

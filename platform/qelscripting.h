@@ -4,8 +4,8 @@
 //
 //   class Greeting final : public ScriptObjectDefinitionInitiatorBase {
 //     void Define() override {
-//       auto definition = std::make_shared<ScriptObjectDefinition>("Greeter", "Says hello", MakeGreeter,
-//       DefineGreeter); ScriptDefinitions::AddObjectDefinition(std::move(definition));
+//       ScriptDefinitions::AddObjectDefinition(
+//           std::make_shared<ScriptObjectDefinition>("Greeter", "Says hello", MakeGreeter, DefineGreeter));
 //     }
 //   };
 //   const ScriptObjectDefinitionRegistrar gRegistrar(std::make_unique<Greeting>());
@@ -58,7 +58,8 @@ using ScriptValue = std::variant<bool, std::u16string>;
 
 enum class ScriptType : std::uint32_t { kBool, kString };
 
-/// How a method may be called. The numbers are fixed: do not renumber. Flags are joined with |.
+/// How a method may be called. The numbers are fixed: do not renumber. Flags are joined with |. Scripts see
+/// only the methods that are callable.
 inline constexpr std::uint32_t kMethodIsCallable = 1;
 inline constexpr std::uint32_t kMethodIsPlain = 0x400000;
 
@@ -95,7 +96,8 @@ class QELSCRIPTING_EXPORT ScriptObjectDefinitionBase {
   /// The definition that is being filled; null when none is.
   static ScriptObjectDefinitionBase* sCurrent;
 
-  /// Puts the class into a namespace of scripts, in place of the one that it was in.
+  /// Puts the class into a namespace of scripts, in place of the one that it was in. One that is in none is
+  /// under its own name.
   void AddOrChangeNamespace(std::string name);
 
   /// Adds a method; one of the same name replaces the earlier one.

@@ -3,8 +3,10 @@
 #include <mutex>
 #include <utility>
 
+#include "host/qelappsupport/EventsFile.h"
 #include "host/qelappsupport/HostSetup.h"
 #include "platform/qelappsupport.h"
+#include "platform/qelcore/DebugDatabase.h"
 #include "platform/qelcore/Trace.h"
 
 namespace qelappsupport {
@@ -20,6 +22,10 @@ SinkHolder& TheSink() {
   // Never destroyed, because static objects of other libraries may log while the process ends.
   static SinkHolder& holder = *new SinkHolder;
   return holder;
+}
+
+bool AreEventsRecorded() {
+  return qelcore::DebugDatabase::Instance().GetEntry(host::kRecordAnalyticsSetting, "true") != "false";
 }
 
 }  // namespace
@@ -55,9 +61,10 @@ void SDMUsageLogger::LogEvent(const SDMEvent& event) {
       const std::lock_guard lock(holder.mMutex);
       sink = holder.mSink;
     }
-    // Without a sink no recorder is attached, and the event is dropped.
     if (sink) {
       (*sink)(event);
+    } else if (AreEventsRecorded()) {
+      host::AppendToEventsFile(event);
     }
   } catch (...) {
     qelcore::LogException(std::current_exception(), "qelappsupport::analytics::SDMUsageLogger::LogEvent");

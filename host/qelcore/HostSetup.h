@@ -18,6 +18,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "platform/qelcore/AppState.h"
@@ -54,6 +55,9 @@ QELCORE_EXPORT void SetApplicationLanguage(std::string language);
 /// The version delivered in the configuration parameters by `BeginProcess`. Without it none is delivered.
 QELCORE_EXPORT void SetApplicationVersion(std::int32_t major, std::int32_t minor);
 
+/// Sets the application's state and then announces it: each call, also one that repeats the present state,
+/// sends an `AppStateMessage` on the station `appstatemanager::GetStationID()`, on the calling thread, and
+/// returns when all listeners have received it. Any thread may call, a listener too.
 QELCORE_EXPORT void SetAppState(appstatemanager::AppState state);
 
 /// Starts the process: delivers the configuration parameters, then runs the initializers. Returns false when
@@ -118,10 +122,10 @@ QELCORE_EXPORT void SetTraceLevel(int level, bool toStandardError = false);
 QELCORE_EXPORT void SetTraceSink(
     std::function<void(std::string_view channel, int level, std::string_view)> sink);
 
-/// Sees every recorded message, in addition to the file, to standard error and to a sink. An empty function
-/// takes it away.
+/// Sees every recorded message, in addition to the file, to standard error and to a sink, and those up to `level` even
+/// when they are not recorded. Moves the change counter. An empty function takes it away.
 QELCORE_EXPORT void SetTraceObserver(
-    std::function<void(std::string_view channel, int level, std::string_view text)> observer);
+    std::function<void(std::string_view channel, int level, std::string_view text)> observer, int level = 0);
 
 /// Sees every logged exception, in addition to the trace log, where they go at level 1 on the channel
 /// "Exceptions". An empty function takes it away.
@@ -130,6 +134,51 @@ QELCORE_EXPORT void SetExceptionSink(
 
 /// What an exception says: its `what`, or a text that says that it is of an unknown kind.
 [[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
+
+/// Whether somebody reads standard error on a terminal, so that progress can be shown there.
+[[nodiscard]] QELCORE_EXPORT bool IsStandardErrorATerminal();
+
+// ---- Usage statistics -------------------------------------------------------------------------------------
+
+/// The debug setting that turns the recording of usage statistics off when its value is exactly "false"; its
+/// default is "true".
+inline constexpr std::string_view kRecordStatisticsSetting = "host.record_statistics";
+
+struct UsageFigure {
+  std::string mKey{};
+  std::variant<std::string, bool> mValue{};
+
+  friend bool operator==(const UsageFigure&, const UsageFigure&) = default;
+};
+
+/// What was recorded at one time: the figures of a group, or a single happening.
+struct UsageEntry {
+  std::string mTime{};  ///< UTC, such as "2024-02-29T23:59:59.007Z"
+  std::string mGroup{};
+  std::string mEvent{};
+  std::optional<std::vector<UsageFigure>> mFigures{};  ///< in the order of adding; nothing for a happening
+  std::string mValue{};                                ///< of a happening
+  std::string mSecondValue{};                          ///< of a happening
+
+  friend bool operator==(const UsageEntry&, const UsageEntry&) = default;
+};
+
+/// Hands every entry to `sink`, on the thread that records it, instead of writing it to the file; an empty
+/// function brings the file back. What `sink` throws is logged. The debug setting holds for a sink too.
+QELCORE_EXPORT void SetUsageSink(std::function<void(const UsageEntry& entry)> sink);
+
+struct UsageEntries {
+  std::vector<UsageEntry> mEntries{};  ///< oldest first
+  std::size_t mDamagedLines = 0;       ///< lines that are no entry
+};
+
+/// The entries in the file `GetUsageFile` and its older file. Any thread may call. Throws `std::system_error`
+/// when a file that is there cannot be read.
+[[nodiscard]] QELCORE_EXPORT UsageEntries ReadUsageEntries();
+
+/// The UTF-8 path of the file that statistics are recorded in: `usage-statistics.jsonl` of the preferences
+/// directory. It need not exist.
+[[nodiscard]] QELCORE_EXPORT std::string GetUsageFile();
 
 // ---- Debug settings ---------------------------------------------------------------------------------------
 
@@ -147,6 +196,12 @@ QELCORE_EXPORT bool RemoveDebugEntry(std::string_view key);
 /// All entries that were set or asked for, with their current value, in sorted order of keys.
 [[nodiscard]] QELCORE_EXPORT std::map<std::string, std::string> GetDebugEntries();
 
+// ---- Browser ----------------------------------------------------------------------------------------------
+
+/// Gets the addresses that would go to the system's browser, UTF-8, and says whether it took them. An empty function
+/// brings the browser back.
+QELCORE_EXPORT void SetBrowser(std::function<bool(const std::string& url)> browser);
+
 // ---- Main thread ------------------------------------------------------------------------------------------
 
 /// Runs the tasks of the main thread's queue that are due, on the calling thread. Returns how many ran.
@@ -162,5 +217,8 @@ QELCORE_EXPORT void WakeMainThread();
 /// Replaces the queue's clock for tests: milliseconds since some start. An empty function brings the real one
 /// back.
 QELCORE_EXPORT void SetMainThreadClock(std::function<std::uint64_t()> clock);
+
+/// Replaces the clock of every `Timer` for tests, in the same way.
+QELCORE_EXPORT void SetTimerClock(std::function<std::uint64_t()> clock);
 
 }  // namespace qelcore::host

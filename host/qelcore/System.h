@@ -37,6 +37,10 @@ inline constexpr bool kSystemHasProperties = false;
 /// `FileUtils::ConvertEnvPath` on this system.
 [[nodiscard]] int ExpandEnvironment(std::string& path);
 
+/// Hands an address to the system's browser. Returns whether it was taken; throws `std::system_error` when there is no
+/// way to.
+[[nodiscard]] bool OpenInSystemBrowser(const std::string& url);
+
 // ---- Files ------------------------------------------------------------------------------------------------
 
 /// The version that this system gives to a file of its own kind, from the file's path alone and a look at its

@@ -7,6 +7,7 @@
 
 #include "host/qelnet/HostSetup.h"
 #include "host/qelnet/Options.h"
+#include "host/qelnet/Outcomes.h"
 #include "host/qelnet/RequestHeaders.h"
 #include "host/qelnet/Tracing.h"
 #include "host/qelnet/Url.h"
@@ -28,8 +29,9 @@ void RegisterTermination() {
   }
 }
 
-bool Refuse(const qelcore::Guid& identifier, const char* reason) {
+bool Refuse(const qelcore::Guid& identifier, const std::string& url, const char* reason) {
   TraceRequest(kWarningLevel, identifier, [&] { return std::string("Refused: ") + reason; });
+  TellOutcome([&] { return host::Outcome{.mUrl = url, .mFailure = reason}; });
   return false;
 }
 
@@ -38,8 +40,10 @@ bool Start(Request request) {
   PrepareCurl();
   RegisterTermination();
   TraceRequest(kDetailLevel, identifier, [&] { return '"' + request.mUrl.mForLog + '"'; });
+  const std::string url = request.mUrl.mForLog;
   auto transfer = std::make_unique<Transfer>(std::move(request));
-  return Worker::Instance().Start(transfer) || Refuse(identifier, "The library cannot serve it any more.");
+  return Worker::Instance().Start(transfer) ||
+         Refuse(identifier, url, "The library cannot serve it any more.");
 }
 
 }  // namespace
@@ -48,8 +52,9 @@ bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::
          const Headers& headers, const Configuration& /*configuration*/) {
   try {
     std::optional<Url> parsed = ParseUrl(url.View());
-    if (!parsed) return Refuse(identifier, "Its address is malformed or of another scheme.");
-    if (!CanBeSent(headers)) return Refuse(identifier, "It has a header that HTTP does not allow.");
+    if (!parsed) return Refuse(identifier, {}, "Its address is malformed or of another scheme.");
+    if (!CanBeSent(headers))
+      return Refuse(identifier, parsed->mForLog, "It has a header that HTTP does not allow.");
     return Start({.mIdentifier = identifier,
                   .mCompletion = std::move(completion),
                   .mUrl = *std::move(parsed),

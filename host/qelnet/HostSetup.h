@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "platform/qelnet.h"
@@ -28,6 +29,19 @@ struct Options {
 
 /// Sets the options of the requests that start from now on. Those in flight keep theirs.
 QELNET_EXPORT void SetOptions(const Options& options);
+
+/// How a request ended, or why it was refused.
+struct Outcome {
+  std::string mUrl;        ///< where it was last sent, without user, password and query; empty when malformed
+  int mStatus = 0;         ///< the answer's; 0 when no whole answer came
+  std::string mFailure{};  ///< why no whole answer came, in a sentence; empty when one did
+};
+
+using OutcomeObserver = std::function<void(const Outcome& outcome)>;
+
+/// Sees how every request ends, just before its completion is called and on the same thread, and every
+/// refusal, on the thread that asked. An empty function takes the observer away.
+QELNET_EXPORT void SetOutcomeObserver(OutcomeObserver observer);
 
 /// Ends the library for the rest of the process: requests in flight complete at once with status 0, and `GET`
 /// refuses every further one. No completion is called after it returned, and none was forgotten. It waits for

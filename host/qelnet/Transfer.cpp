@@ -160,7 +160,12 @@ bool Transfer::Conclude(CURLcode code) {
 void Transfer::Fail(std::string_view reason) {
   mStatus = 0;
   mBody.clear();
+  mFailure = reason;
   TraceRequest(kWarningLevel, mRequest.mIdentifier, [&] { return "Failed: " + std::string(reason); });
+}
+
+host::Outcome Transfer::GetOutcome() const {
+  return {.mUrl = mRequest.mUrl.mForLog, .mStatus = mStatus, .mFailure = mFailure};
 }
 
 Answer Transfer::TakeAnswer() {

@@ -39,6 +39,8 @@ class Transfer {
   /// Makes the answer an empty one with status 0, and traces the reason.
   void Fail(std::string_view reason);
 
+  /// How it ended.
+  [[nodiscard]] host::Outcome GetOutcome() const;
   [[nodiscard]] Answer TakeAnswer();
   [[nodiscard]] Completion TakeCompletion();
 
@@ -63,7 +65,7 @@ class Transfer {
   bool mHasWholeHead = false;  ///< whether the empty line after the headers has come
   int mStatus = 0;
   std::string mBody;
-  std::string mFailure;  ///< why receiving stopped; empty when it did not
+  std::string mFailure;  ///< why there is no answer; empty when nothing failed
 };
 
 }  // namespace qelnet

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "host/qelnet/Outcomes.h"
 #include "platform/qelcore/Trace.h"
 
 namespace qelnet {
@@ -20,6 +21,7 @@ thread_local bool isWorkerThread = false;
 
 /// Calls the completion, and lets go of it and of the transfer.
 void Complete(std::unique_ptr<Transfer> transfer) {
+  TellOutcome([&] { return transfer->GetOutcome(); });
   try {
     const Completion completion = transfer->TakeCompletion();
     const Answer answer = transfer->TakeAnswer();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -67,5 +68,19 @@ class QELCORE_EXPORT InitializerRegistrar {
 /// Asks for `action` to run when the host ends the process, in the reverse order of registration. `name` is
 /// what failures are logged under. An action that throws is logged and the others still run.
 QELCORE_EXPORT void AddTerminationForSingleton(std::function<void()> action, std::string name);
+
+// ---- Empty references -------------------------------------------------------------------------------------
+
+/// A reference that had to hold an object is empty.
+class QELCORE_EXPORT NullPointerException : public std::runtime_error {
+ public:
+  /// `interfaceName` is the type of the reference.
+  explicit NullPointerException(std::string_view interfaceName);
+  ~NullPointerException() override;
+  NullPointerException(const NullPointerException&);
+  NullPointerException& operator=(const NullPointerException&);
+};
+
+[[noreturn]] QELCORE_EXPORT void DoThrowNullPtrException(std::string_view interfaceName);
 
 }  // namespace qelcore::config

@@ -47,7 +47,7 @@ class QELCORE_EXPORT IMessageListener {
 };
 
 /// Makes a listener receive messages until it is released. Nothing here keeps it alive, but for the time of a
-/// call of `Receive`. Adding it a second time does nothing. Any thread may call.
+/// call of `Receive`. Adding it a second time does nothing, nor does an empty reference. Any thread may call.
 QELCORE_EXPORT void AddListener(const std::shared_ptr<IMessageListener>& listener);
 
 /// Delivers a message to the listeners that the station has at this moment, in the order in which they were

@@ -25,20 +25,32 @@ TestHost::TestHost() {
                         .mState = create("state")});
   host::SetApplicationLanguage("en_US");
   host::SetTraceSink([this](std::string_view channel, int level, std::string_view text) {
+    const std::lock_guard lock(mMutex);
     mTrace.push_back({std::string(channel), level, std::string(text)});
   });
   host::SetTraceLevel(6);
   host::SetExceptionSink([this](const std::exception_ptr& exception, std::string_view context) {
+    const std::lock_guard lock(mMutex);
     mExceptionContexts.emplace_back(context);
     mExceptionTexts.push_back(host::DescribeException(exception));
   });
-  qelappsupport::host::SetEventSink(
-      [this](const qelappsupport::analytics::SDMEvent& event) { mEvents.push_back(event); });
+  qelappsupport::host::SetEventSink([this](const qelappsupport::analytics::SDMEvent& event) {
+    const std::lock_guard lock(mMutex);
+    mEvents.push_back(event);
+  });
+  host::SetUsageSink([this](const host::UsageEntry& entry) {
+    {
+      const std::lock_guard lock(mMutex);
+      mUsageEntries.push_back(entry);
+    }
+    if (mOnUsageEntry) mOnUsageEntry();
+  });
   SetComponents({});
 }
 
 TestHost::~TestHost() {
   host::SetComponentSource({});
+  host::SetUsageSink({});
   host::SetExceptionSink({});
   host::SetTraceSink({});
   host::SetTraceLevel(0);
@@ -61,6 +73,7 @@ void TestHost::TakeRegistryAway() {
 }
 
 std::vector<std::string> TestHost::Traced(int level) const {
+  const std::lock_guard lock(mMutex);
   std::vector<std::string> texts;
   for (const TraceMessage& message : mTrace) {
     if (message.mChannel == "SystemCompatibilityReport" && message.mLevel == level) {

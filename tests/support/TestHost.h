@@ -1,10 +1,13 @@
 // A host for one test: directories of its own, and a record of all that the library says.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
+#include "host/qelcore/HostSetup.h"
 #include "platform/qelappsupport.h"
 #include "platform/qelcore/Components.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -12,7 +15,8 @@
 namespace testsupport {
 
 /// Sets the reference host up on fresh directories, with tracing at the level of detail, the language "en_US"
-/// and no components, and records trace messages, logged exceptions and events. One at a time.
+/// and no components, and records trace messages, logged exceptions, events and usage statistics. One at a
+/// time.
 class TestHost {
  public:
   struct TraceMessage {
@@ -42,15 +46,20 @@ class TestHost {
   /// The texts that were traced on the library's channel at this level.
   [[nodiscard]] std::vector<std::string> Traced(int level) const;
 
+  /// What other threads say is recorded too; look at it when they are known to be done.
   std::vector<TraceMessage> mTrace;
   std::vector<std::string> mExceptionContexts;
   std::vector<std::string> mExceptionTexts;
   std::vector<qelappsupport::analytics::SDMEvent> mEvents;
+  std::vector<qelcore::host::UsageEntry> mUsageEntries;
+  /// Called for each entry of the usage statistics, after it was recorded.
+  std::function<void()> mOnUsageEntry;
   /// What `OSComponentRegistry::Get` was asked with.
   std::vector<bool> mRegistryRequests;
 
  private:
   TemporaryDirectory mDirectory;
+  mutable std::mutex mMutex;  ///< guards the records
 };
 
 /// A component for a test's machine.

@@ -1,6 +1,7 @@
 #include "platform/qelcore/Config.h"
 
 #include <algorithm>
+#include <deque>
 #include <exception>
 #include <mutex>
 #include <set>
@@ -117,19 +118,59 @@ bool RunNextInitializer(Registrations& registrations, bool& hasFailure) {
   return false;
 }
 
+using Initializers = std::vector<Initializer>;
+
+/// The initializer of that name; null when none waits under it.
+const Initializer* FindWaiting(const Initializers& waiting, std::string_view name) {
+  const auto place = std::find_if(waiting.begin(), waiting.end(),
+                                  [&](const Initializer& initializer) { return initializer.mName == name; });
+  return place != waiting.end() ? &*place : nullptr;
+}
+
+/// The shortest way from an initializer along what it depends on back to itself, such as "a -> b -> a"; empty
+/// when there is none.
+std::string DescribeCircle(const Initializers& waiting, const std::string& start) {
+  std::map<std::string_view, std::string_view> dependents;
+  std::deque<std::string_view> reached{start};
+  for (; !reached.empty(); reached.pop_front()) {
+    const Initializer* const initializer = FindWaiting(waiting, reached.front());
+    if (initializer == nullptr) {
+      continue;
+    }
+    for (const std::string& dependency : initializer->mDependencies) {
+      if (dependency == start) {
+        std::string circle = start;
+        for (std::string_view name = reached.front(); name != start; name = dependents.at(name)) {
+          circle = std::string(name) + " -> " + circle;
+        }
+        return start + " -> " + circle;
+      }
+      if (dependents.emplace(dependency, reached.front()).second) {
+        reached.push_back(dependency);
+      }
+    }
+  }
+  return {};
+}
+
 /// Says of each initializer that waits for ever what it waits for.
 void TraceWaiting(const Registrations& registrations) {
-  const auto& initializers = registrations.mInitializers;
-  for (const Initializer& initializer : initializers) {
+  const Initializers& waiting = registrations.mInitializers;
+  for (const Initializer& initializer : waiting) {
+    const std::string beginning = "The initializer \"" + initializer.mName + "\" did not run, because ";
+    const std::string circle = DescribeCircle(waiting, initializer.mName);
+    if (!circle.empty()) {
+      TraceFailure(beginning + "it waits for itself: " + circle + '.');
+    }
     for (const std::string& name : initializer.mDependencies) {
       if (registrations.mSucceeded.contains(name)) {
         continue;
       }
-      const bool isRegistered = std::any_of(initializers.begin(), initializers.end(),
-                                            [&](const Initializer& other) { return other.mName == name; });
-      TraceFailure("The initializer \"" + initializer.mName + "\" did not run, because \"" + name +
-                   (isRegistered ? "\" waits in a circle or for something unknown."
-                                 : "\", which it depends on, is not known."));
+      if (FindWaiting(waiting, name) == nullptr) {
+        TraceFailure(beginning + '"' + name + "\", which it depends on, is not known.");
+      } else if (circle.empty()) {
+        TraceFailure(beginning + '"' + name + "\" did not run.");
+      }
     }
   }
 }

@@ -1,8 +1,13 @@
 #include "host/qelcore/CrashTrail.h"
 
+#include <chrono>
 #include <exception>
 #include <mutex>
+#include <thread>
+#include <utility>
 
+#include "host/qelcore/diagnostics/CrashTrailFile.h"
+#include "host/qelcore/diagnostics/TimeText.h"
 #include "platform/qelcore/Trace.h"
 
 namespace qelcore {
@@ -17,11 +22,52 @@ struct Trails {
   std::mutex mMutex;
   std::vector<host::Trail> mTrails;
   std::map<std::string, TrailValue> mMarkers;
+  std::thread::id mSaver;    ///< the thread that saves at the moment; none without
+  bool mIsOutdated = false;  ///< another thread changed something after the saver began
 };
 
 Trails& ProcessTrails() {
-  static Trails trails;
+  // Never destroyed, because static objects of other libraries may leave a trail while the process ends.
+  static Trails& trails = *new Trails;
   return trails;
+}
+
+/// Saves the trails as they are now. `lock` is let go while the file is written, and held again afterwards.
+/// What fails is logged.
+void SaveOnce(const Trails& trails, std::unique_lock<std::mutex>& lock) {
+  try {
+    const host::LastTrail copy{.mTime = host::TimeText(std::chrono::system_clock::now()),
+                               .mTrails = trails.mTrails,
+                               .mMarkers = trails.mMarkers};
+    lock.unlock();
+    host::SaveTrailFile(copy);
+  } catch (...) {
+    if (lock.owns_lock()) {
+      lock.unlock();
+    }
+    LogException(std::current_exception(), "qelcore::debug::brindle");
+  }
+  lock.lock();
+}
+
+/// Changes the trails and brings the file up to date. No lock is held while the file is written or a failure
+/// is logged: whoever hears of either may leave a trail itself. Such a trail waits for the next save, or one
+/// that fails could go on for ever; one of another thread makes the saver save again.
+template <typename Change>
+void ChangeAndSave(Change change) {
+  Trails& trails = ProcessTrails();
+  std::unique_lock lock(trails.mMutex);
+  change(trails);
+  if (trails.mSaver != std::thread::id()) {
+    trails.mIsOutdated = trails.mIsOutdated || trails.mSaver != std::this_thread::get_id();
+    return;
+  }
+  trails.mSaver = std::this_thread::get_id();
+  do {
+    trails.mIsOutdated = false;
+    SaveOnce(trails, lock);
+  } while (trails.mIsOutdated);
+  trails.mSaver = {};
 }
 
 }  // namespace
@@ -30,8 +76,7 @@ namespace debug::brindle {
 
 void LeaveTrail(const TrailDictionary& dictionary, const TrailList& list) {
   try {
-    const std::lock_guard lock(ProcessTrails().mMutex);
-    ProcessTrails().mTrails.push_back({dictionary, list});
+    ChangeAndSave([&](Trails& trails) { trails.mTrails.push_back({dictionary, list}); });
   } catch (...) {
     LogException(std::current_exception(), "qelcore::debug::brindle::LeaveTrail");
   }
@@ -39,8 +84,7 @@ void LeaveTrail(const TrailDictionary& dictionary, const TrailList& list) {
 
 void TrailMarker(const ImmutableString& name, const TrailValue& value) {
   try {
-    const std::lock_guard lock(ProcessTrails().mMutex);
-    ProcessTrails().mMarkers.insert_or_assign(std::string(name.View()), value);
+    ChangeAndSave([&](Trails& trails) { trails.mMarkers.insert_or_assign(std::string(name.View()), value); });
   } catch (...) {
     LogException(std::current_exception(), "qelcore::debug::brindle::TrailMarker");
   }

@@ -26,6 +26,7 @@ constexpr const char* kFileName = "trace.log";
 constexpr const char* kPattern = "%Y-%m-%d %H:%M:%S.%e %t [%n] %v";
 
 std::atomic<int> currentLevel{0};
+std::atomic<int> observerLevel{0};
 std::atomic<bool> isOnStandardError{false};
 std::atomic<std::uint32_t> changeCount{1};
 
@@ -91,7 +92,8 @@ void Write(Outputs& outputs, std::string_view channel, int level, std::string_vi
 
 bool TraceEnabled(std::string_view /*channel*/, int level) {
   // The host sets one level for all channels.
-  return level > 0 && level <= currentLevel.load(std::memory_order_relaxed);
+  return level > 0 && (level <= currentLevel.load(std::memory_order_relaxed) ||
+                       level <= observerLevel.load(std::memory_order_relaxed));
 }
 
 std::uint32_t TraceChangeCount() {
@@ -105,11 +107,11 @@ void TraceOutput(std::string_view channel, int level, std::string_view text) {
     std::shared_ptr<const TraceSink> observer;
     {
       const std::lock_guard lock(outputs.mMutex);
-      sink = outputs.mSink;
       observer = outputs.mObserver;
-      if (!sink) {
-        Write(outputs, channel, level, text);
-      }
+      // What is enabled for the observer's sake alone is no business of the log.
+      const bool isForTheLog = level <= currentLevel.load() || level > observerLevel.load();
+      if (isForTheLog) sink = outputs.mSink;
+      if (isForTheLog && !sink) Write(outputs, channel, level, text);
     }
     // Outside the lock, because they may trace themselves.
     for (const auto& listener : {sink, observer}) {
@@ -125,13 +127,21 @@ void TraceOutput(std::string_view channel, int level, std::string_view text) {
 
 namespace host {
 
-void SetTraceLevel(int level, bool toStandardError) {
-  isOnStandardError.store(toStandardError);
-  currentLevel.store(level);
+namespace {
+
+void AnnounceChange() {
   // 0 stands for "never asked", so the counter passes over it when it wraps.
   if (changeCount.fetch_add(1, std::memory_order_acq_rel) + 1 == 0) {
     changeCount.fetch_add(1, std::memory_order_acq_rel);
   }
+}
+
+}  // namespace
+
+void SetTraceLevel(int level, bool toStandardError) {
+  isOnStandardError.store(toStandardError);
+  currentLevel.store(level);
+  AnnounceChange();
 }
 
 void SetTraceSink(TraceSink sink) {
@@ -140,10 +150,14 @@ void SetTraceSink(TraceSink sink) {
   outputs.mSink = sink ? std::make_shared<const TraceSink>(std::move(sink)) : nullptr;
 }
 
-void SetTraceObserver(TraceSink observer) {
-  Outputs& outputs = TheOutputs();
-  const std::lock_guard lock(outputs.mMutex);
-  outputs.mObserver = observer ? std::make_shared<const TraceSink>(std::move(observer)) : nullptr;
+void SetTraceObserver(TraceSink observer, int level) {
+  observerLevel.store(observer ? level : 0);
+  {
+    Outputs& outputs = TheOutputs();
+    const std::lock_guard lock(outputs.mMutex);
+    outputs.mObserver = observer ? std::make_shared<const TraceSink>(std::move(observer)) : nullptr;
+  }
+  AnnounceChange();
 }
 
 }  // namespace host

@@ -3,8 +3,8 @@
 #include <string>
 #include <thread>
 
-#include "tests/host/qelnet/LoopbackServer.h"
 #include "tests/host/qelnet/NetTest.h"
+#include "tests/support/network/LoopbackServer.h"
 
 namespace {
 

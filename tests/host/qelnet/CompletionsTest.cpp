@@ -10,9 +10,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/host/qelnet/Gate.h"
-#include "tests/host/qelnet/LoopbackServer.h"
 #include "tests/host/qelnet/NetTest.h"
+#include "tests/support/Gate.h"
+#include "tests/support/network/LoopbackServer.h"
 
 namespace {
 

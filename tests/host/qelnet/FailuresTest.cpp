@@ -4,8 +4,8 @@
 #include <string>
 
 #include "host/qelnet/HostSetup.h"
-#include "tests/host/qelnet/LoopbackServer.h"
 #include "tests/host/qelnet/NetTest.h"
+#include "tests/support/network/LoopbackServer.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "host/qelnet/HostSetup.h"
-#include "tests/host/qelnet/LoopbackServer.h"
 #include "tests/host/qelnet/NetTest.h"
+#include "tests/support/network/LoopbackServer.h"
 
 namespace {
 

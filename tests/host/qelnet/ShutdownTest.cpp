@@ -8,9 +8,9 @@
 
 #include "host/qelcore/HostSetup.h"
 #include "host/qelnet/HostSetup.h"
-#include "tests/host/qelnet/Gate.h"
-#include "tests/host/qelnet/LoopbackServer.h"
 #include "tests/host/qelnet/NetTest.h"
+#include "tests/support/Gate.h"
+#include "tests/support/network/LoopbackServer.h"
 
 namespace {
 

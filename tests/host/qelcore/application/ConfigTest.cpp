@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "host/qelcore/HostSetup.h"
-#include "platform/qelcore/AppState.h"
 
 namespace {
 
@@ -166,6 +165,35 @@ TEST_F(ProcessLife, ACircleIsNamedAndTheOthersRun) {
   }
 }
 
+TEST_F(ProcessLife, ACircleIsListed) {
+  const InitializerRegistrar a("a", Note("a"), {"done", "b"});
+  const InitializerRegistrar b("b", Note("b"), {"c"});
+  const InitializerRegistrar c("c", Note("c"), {"missing", "a"});
+  const InitializerRegistrar outside("outside", Note("outside"), {"b"});
+  const InitializerRegistrar self("self", Note("self"), {"self"});
+  const InitializerRegistrar done("done", Note("done"), {});
+  EXPECT_FALSE(BeginProcess());
+  EXPECT_EQ(
+      mTraced,
+      (Texts{"Config 1 The initializer \"a\" did not run, because it waits for itself: a -> b -> c -> a.",
+             "Config 1 The initializer \"b\" did not run, because it waits for itself: b -> c -> a -> b.",
+             "Config 1 The initializer \"c\" did not run, because it waits for itself: c -> a -> b -> c.",
+             "Config 1 The initializer \"c\" did not run, because \"missing\", which it depends on, is not "
+             "known.",
+             "Config 1 The initializer \"outside\" did not run, because \"b\" did not run.",
+             "Config 1 The initializer \"self\" did not run, because it waits for itself: self -> self."}));
+}
+
+TEST_F(ProcessLife, OfTwoCirclesTheShorterIsListed) {
+  const InitializerRegistrar a("a", Note("a"), {"b", "d"});
+  const InitializerRegistrar b("b", Note("b"), {"c"});
+  const InitializerRegistrar c("c", Note("c"), {"a"});
+  const InitializerRegistrar d("d", Note("d"), {"a"});
+  EXPECT_FALSE(BeginProcess());
+  EXPECT_TRUE(WasTraced("\"a\" did not run, because it waits for itself: a -> d -> a."));
+  EXPECT_TRUE(WasTraced("\"c\" did not run, because it waits for itself: c -> a -> b -> c."));
+}
+
 TEST_F(ProcessLife, AnInitializerMayRegisterAnother) {
   const InitializerRegistrar a("a",
                                [] {
@@ -203,15 +231,6 @@ TEST_F(ProcessLife, TerminationRunsBackwards) {
   EXPECT_TRUE(WasTraced("the empty one"));
   EndProcess();
   EXPECT_EQ(Ran().size(), 3U);
-}
-
-TEST(AppState, IsWhatTheHostSaid) {
-  using qelcore::appstatemanager::AppState;
-  using qelcore::appstatemanager::GetAppState;
-  EXPECT_EQ(GetAppState(), AppState::kLoaded);
-  qelcore::host::SetAppState(AppState::kPostStartup);
-  EXPECT_EQ(GetAppState(), AppState::kPostStartup);
-  EXPECT_EQ(static_cast<int>(GetAppState()), 5);
 }
 
 }  // namespace

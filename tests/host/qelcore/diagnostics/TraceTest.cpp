@@ -156,6 +156,25 @@ TEST_F(Traces, ManyThreadsMayTraceAtATime) {
   EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1000);
 }
 
+TEST_F(Traces, AnObserverSeesMoreThanTheLogWhenItAsksForMore) {
+  SetTraceLevel(1);
+  const std::uint32_t before = TraceChangeCount();
+  std::vector<std::string> seen;
+  qelcore::host::SetTraceObserver(
+      [&](std::string_view, int, std::string_view text) { seen.emplace_back(text); }, 5);
+  EXPECT_NE(TraceChangeCount(), before);
+  EXPECT_TRUE(TraceEnabled("a", 5));
+  EXPECT_FALSE(TraceEnabled("a", 6));
+  TraceOutput("a", 1, "error");
+  TraceOutput("a", 5, "warning");
+  EXPECT_EQ(seen, (std::vector<std::string>{"error", "warning"}));
+  const std::string log = mDirectory.Read("state/trace.log");
+  EXPECT_NE(log.find("error"), std::string::npos);
+  EXPECT_EQ(log.find("warning"), std::string::npos);
+  qelcore::host::SetTraceObserver({});
+  EXPECT_FALSE(TraceEnabled("a", 5));
+}
+
 // ---- Exceptions
 
 std::exception_ptr Failure(const std::string& text) {

@@ -1,4 +1,4 @@
-#include "tests/host/qelnet/LoopbackServer.h"
+#include "tests/support/network/LoopbackServer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

@@ -1,4 +1,4 @@
-#include "tests/host/qelnet/ServerConnection.h"
+#include "tests/support/network/ServerConnection.h"
 
 #include <sys/socket.h>
 #include <unistd.h>

@@ -12,8 +12,8 @@
 #include <thread>
 #include <vector>
 
-#include "tests/host/qelnet/ServerConnection.h"
-#include "tests/host/qelnet/TestCertificates.h"
+#include "tests/support/network/ServerConnection.h"
+#include "tests/support/network/TestCertificates.h"
 
 namespace testsupport {
 

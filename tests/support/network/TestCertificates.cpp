@@ -1,4 +1,4 @@
-#include "tests/host/qelnet/TestCertificates.h"
+#include "tests/support/network/TestCertificates.h"
 
 #include <openssl/bio.h>
 #include <openssl/ec.h>

@@ -1,0 +1,215 @@
+#include "host/qelcore/diagnostics/JsonLinesLog.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "host/qelcore/application/Application.h"
+#include "host/qelcore/files/FileHandle.h"
+#include "host/qelcore/files/FileLock.h"
+#include "host/qelcore/files/FileOperationHook.h"
+#include "host/qelcore/files/FileSystem.h"
+#include "host/qelcore/files/Paths.h"
+#include "platform/qelcore/Files.h"
+#include "platform/qelcore/Text.h"
+#include "platform/qelcore/Trace.h"
+
+namespace qelcore::host {
+
+namespace {
+
+constexpr std::uintmax_t kLargestFile = 1'048'576;
+constexpr const char* kOlderSuffix = ".1";
+constexpr const char* kLockSuffix = ".lock";
+
+std::filesystem::path ToPath(const std::string& path) {
+  return {std::u8string(path.begin(), path.end())};
+}
+
+std::string PathIn(const std::u16string& directory, const std::string& fileName) {
+  return string::UTF16to8(JoinPath(directory, string::UTF8to16(fileName)));
+}
+
+/// How a file ends.
+struct FileEnd {
+  std::uintmax_t mSize = 0;
+  bool mIsWithinLine = false;  ///< a line was begun, by a process that died or by hand, and not ended
+};
+
+/// The end of the file; nothing when there is no file.
+std::optional<FileEnd> FindEnd(const std::string& path) {
+  const std::filesystem::file_status status = std::filesystem::status(ToPath(path));
+  if (!std::filesystem::exists(status)) {
+    return std::nullopt;
+  }
+  if (!std::filesystem::is_regular_file(status)) {
+    throw std::system_error(std::make_error_code(std::errc::not_supported), path);
+  }
+  FileEnd end{.mSize = std::filesystem::file_size(ToPath(path))};
+  if (end.mSize != 0) {
+    std::ifstream stream(ToPath(path), std::ios::binary);
+    stream.seekg(-1, std::ios::end);
+    end.mIsWithinLine = stream.get() != '\n';
+  }
+  return end;
+}
+
+/// Whether `line` would make a file that ends so larger than it may be.
+bool IsFull(const std::optional<FileEnd>& end, std::string_view line) {
+  return end && end->mSize != 0 && end->mSize + (end->mIsWithinLine ? 1 : 0) + line.size() > kLargestFile;
+}
+
+/// Writes the bytes to the end of the file in one call to the system; a file that ends so. When that fails,
+/// the file is as it was.
+void WriteAtEnd(const std::string& path, const FileEnd& end, const std::string& bytes) {
+  std::ofstream stream;
+  stream.rdbuf()->pubsetbuf(nullptr, 0);
+  errno = 0;
+  stream.open(ToPath(path), std::ios::binary | std::ios::app);
+  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  if (!stream) {
+    const int reason = errno != 0 ? errno : EIO;
+    std::error_code ignored;
+    if (std::filesystem::file_size(ToPath(path), ignored) > end.mSize && !ignored) {
+      std::filesystem::resize_file(ToPath(path), end.mSize, ignored);
+    }
+    throw std::system_error(reason, std::generic_category(), path);
+  }
+}
+
+void AppendLine(const std::string& path, std::string line) {
+  // The hook is called before the file is locked: it may append itself.
+  AnnounceFileOperation(FileOperation::kOpenForWriting, path);
+  AnnounceFileOperation(FileOperation::kWrite, path);
+  std::optional<FileLock> lock(std::in_place, path + kLockSuffix);
+  std::optional<FileEnd> end = FindEnd(path);
+  if (IsFull(end, line)) {
+    lock.reset();
+    AnnounceFileOperation(FileOperation::kReplace, path + kOlderSuffix);
+    lock.emplace(path + kLockSuffix);
+    // Somebody else may have put the full file aside in the meantime.
+    end = FindEnd(path);
+    if (IsFull(end, line)) {
+      MoveInPlace(path, path + kOlderSuffix);
+      end.reset();
+    }
+  }
+  if (!end) {
+    FileHandle::CreateForOwner(path).Close();
+    end.emplace();
+  }
+  if (end->mIsWithinLine) {
+    line.insert(line.begin(), '\n');
+  }
+  WriteAtEnd(path, *end, line);
+}
+
+/// What the file holds; an empty text when there is none.
+std::string ReadWhenThere(const std::string& path) {
+  std::string content;
+  if (!FindEnd(path)) {
+    return content;
+  }
+  FileHandle file = FileHandle::OpenForReading(path);
+  std::array<char, 65'536> block{};
+  for (std::size_t count = file.Read(block.data(), block.size()); count != 0;
+       count = file.Read(block.data(), block.size())) {
+    content.append(block.data(), count);
+  }
+  return content;
+}
+
+/// The lock, unless it cannot be had: somebody who may only read can do without.
+std::unique_ptr<FileLock> LockForReading(const std::string& path) {
+  try {
+    return std::make_unique<FileLock>(path);
+  } catch (const std::system_error&) {
+    return nullptr;
+  }
+}
+
+void AddLines(std::string_view text, JsonLines& lines) {
+  while (!text.empty()) {
+    const std::size_t length = text.find('\n');
+    const std::string_view line = text.substr(0, length);
+    text.remove_prefix(length == std::string_view::npos ? text.size() : length + 1);
+    if (line.empty() || line == "\r") {
+      continue;
+    }
+    std::any value = json::Parse(line);
+    if (auto* const object = std::any_cast<json::Dictionary>(&value)) {
+      lines.mObjects.push_back(std::move(*object));
+    } else {
+      ++lines.mDamagedLines;
+    }
+  }
+}
+
+}  // namespace
+
+struct JsonLinesLog::Implementation {
+  std::string mFileName;
+  std::string mContext;
+  std::atomic<bool> mHasFailed{false};
+};
+
+JsonLinesLog::JsonLinesLog(std::string fileName, std::string context)
+    : mImplementation(std::make_unique<Implementation>()) {
+  mImplementation->mFileName = std::move(fileName);
+  mImplementation->mContext = std::move(context);
+}
+
+JsonLinesLog::~JsonLinesLog() = default;
+
+void JsonLinesLog::Append(const json::Dictionary& entry) const {
+  try {
+    const std::string path = PathIn(filesupport::Dir::PrefDir().GetFullPath(), mImplementation->mFileName);
+    AppendLine(path, json::Serialise(entry) + '\n');
+  } catch (...) {
+    // A disk that is full today would otherwise fill the trace log with the same message.
+    if (!mImplementation->mHasFailed.exchange(true)) {
+      LogException(std::current_exception(), mImplementation->mContext);
+    }
+  }
+}
+
+JsonLines JsonLinesLog::Read() const {
+  const std::string path = GetPath();
+  const std::array<std::string, 2> candidates = {path + kOlderSuffix, path};
+  bool isAnyThere = false;
+  for (const std::string& candidate : candidates) {
+    if (IsFile(candidate)) {
+      // The hook is called before the files are locked: it may append itself.
+      AnnounceFileOperation(FileOperation::kOpenForReading, candidate);
+      AnnounceFileOperation(FileOperation::kRead, candidate);
+      isAnyThere = true;
+    }
+  }
+  std::string text;
+  if (isAnyThere) {
+    const std::unique_ptr<FileLock> lock = LockForReading(path + kLockSuffix);
+    for (const std::string& candidate : candidates) {
+      text += ReadWhenThere(candidate);
+      // The older file may end within a line.
+      text += '\n';
+    }
+  }
+  JsonLines lines;
+  AddLines(text, lines);
+  return lines;
+}
+
+std::string JsonLinesLog::GetPath() const {
+  return PathIn(string::UTF8to16(PreferencesDirectory()), mImplementation->mFileName);
+}
+
+}  // namespace qelcore::host

@@ -1,0 +1,14 @@
+// Telling the application how requests end.
+#pragma once
+
+#include <functional>
+
+#include "host/qelnet/HostSetup.h"
+
+namespace qelnet {
+
+/// Calls the observer, if there is one, with what `makeOutcome` returns. What either throws is logged. Does
+/// not throw.
+void TellOutcome(const std::function<host::Outcome()>& makeOutcome) noexcept;
+
+}  // namespace qelnet
