@@ -29,8 +29,20 @@ inline constexpr DebugSetting kUseInstalledBlocklist{
     "qelsystemcompatibilityreport.use_installed_blocklist", "false",
     "\"true\" ignores downloaded blocklists and reads the installed one"};
 
+/// How long a background download waits when its caller names no delay. Text that is no number means no
+/// delay.
+inline constexpr DebugSetting kDownloadDelaySeconds{
+    "qelsystemcompatibilityreport.download_delay_secs", "10",
+    "seconds that a background download waits before it starts"};
+
+/// Whether the optimizer has optimizations of nothing to show, for demonstrations.
+inline constexpr DebugSetting kRegisterDummyAppOptimizations{
+    "qelsystemcompatibilityreport.RegisterDummyAppOptimizations", "true",
+    "\"false\" leaves the optimizer's demonstrations out"};
+
 /// All settings, in the order in which they are shown.
 inline constexpr std::array kAllDebugSettings{kForceBlocklistMatch, kForceBlocklistMatchByName,
-                                              kUseInstalledBlocklist};
+                                              kUseInstalledBlocklist, kDownloadDelaySeconds,
+                                              kRegisterDummyAppOptimizations};
 
 }  // namespace qelsystemcompatibilityreport

@@ -2,8 +2,10 @@
 //
 //   #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 //
-//   qelsystemcompatibilityreport::RunReportToFile(u"Example", path);
-//   if (qelsystemcompatibilityreport::CountFatalIncompatibilities() > 0) { ... }
+//   using namespace qelsystemcompatibilityreport;
+//   RunReportForStartup(u"Example", mainWindow);    // when the application is up
+//   RunReportForHelp(u"Example", mainWindow);       // from its Help menu
+//   if (CountFatalIncompatibilities() > 0) { ... }
 //
 // A run reads the blocklist of the application's language (the downloaded one, else the installed one),
 // matches it against the machine, compares the issues with those remembered from the last run, and remembers
@@ -16,6 +18,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/qelui.h"
 #include "qelsystemcompatibilityreport/Export.h"
 
 namespace qelsystemcompatibilityreport {
@@ -31,6 +34,18 @@ QELSCR_EXPORT void EnableReports(bool enable);
 
 // ---- Runs -------------------------------------------------------------------------------------------------
 
+/// The run at launch. Shows the report over `parentWindow`, which may be null, only when it matters: when
+/// WARN, ERROR or FATAL issues are there or something is new, and the user did not turn the display at launch
+/// off. Then shows the blocklist's second warning, when it has one and WARN or ERROR issues are there, and
+/// logs the statistics. Without a blocklist only the statistics are logged. When nothing serious is
+/// remembered, and neither the blocklist nor the machine has changed, nothing is matched. `applicationName`
+/// is UTF-16. Returns when the user closed what was shown.
+QELSCR_EXPORT void RunReportForStartup(const std::u16string& applicationName, qelui::OS_Window* parentWindow);
+
+/// The run that a user asks for: always matches, shows the report over `parentWindow`, which may be null, and
+/// remembers the issues. Without a blocklist the dialog says so, and nothing is remembered.
+QELSCR_EXPORT void RunReportForHelp(const std::u16string& applicationName, qelui::OS_Window* parentWindow);
+
 /// Writes the text report of this machine to `outputPath`, in place of what is there, and remembers the
 /// issues. `applicationName` and `outputPath` are UTF-16. Without a blocklist the report lists the components
 /// alone, and nothing is remembered. When the file cannot be written nothing is remembered either. An empty
@@ -45,6 +60,14 @@ QELSCR_EXPORT void RunReportToFile(const std::u16string& applicationName, const 
 [[nodiscard]] QELSCR_EXPORT std::uint64_t CountWarnIncompatibilities();
 [[nodiscard]] QELSCR_EXPORT std::uint64_t CountErrorIncompatibilities();
 [[nodiscard]] QELSCR_EXPORT std::uint64_t CountFatalIncompatibilities();
+
+// ---- What the host's statistics learn ---------------------------------------------------------------------
+
+/// Sends the figures about this process's runs, and the links that its user opened, to the host's usage
+/// statistics. Runs at launch do so by themselves, and so does the end of start-up (the application's state
+/// 5), once. Nothing is reset: a second call sends the same figures again. That end has to be announced on
+/// the main thread, or while no run goes on. docs/formats/statistics.md has them all.
+QELSCR_EXPORT void LogToAnalytics();
 
 // ---- What is remembered -----------------------------------------------------------------------------------
 

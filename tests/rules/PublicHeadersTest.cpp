@@ -10,12 +10,15 @@
 
 #define ERROR 0
 
+#include "qelsystemcompatibilityreport/AppOptimization.h"
+#include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/Export.h"
 #include "qelsystemcompatibilityreport/IssueResolution.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/SCRIssue.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+#include "qelsystemcompatibilityreport/SystemCompatibilityReportObject.h"
 #include "qelsystemcompatibilityreport/TextReport.h"
 #include "qelsystemcompatibilityreport/VersionRange.h"
 

@@ -1,0 +1,129 @@
+#include "qelsystemcompatibilityreport/dialogs/SCRDialog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/qelcore/Browser.h"
+#include "platform/qelcore/Localisation.h"
+#include "platform/qelcore/Text.h"
+#include "qelsystemcompatibilityreport/common/Boundary.h"
+#include "qelsystemcompatibilityreport/report/analytics/AnalyticsEvents.h"
+#include "qelsystemcompatibilityreport/report/state/ReportStatistics.h"
+
+namespace qelsystemcompatibilityreport {
+
+using qelcore::Localise;
+using qelcore::filesupport::File;
+using qelcore::string::UTF8to16;
+using qelui::Direction;
+
+SCRDialog::SCRDialog(qelui::DrawSupplier& drawSupplier, qelui::OS_Window* parent,
+                     const std::u16string& applicationName, std::vector<SCRIssue> issues,
+                     WriteReport writeReport, bool blocklistIsMissing)
+    : SCRDialogBase(drawSupplier, parent),
+      mParentWindow(parent),
+      mIssues(std::move(issues)),
+      mWriteReport(std::move(writeReport)) {
+  const ReportDialogContent content = MakeReportDialogContent(applicationName, mIssues, blocklistIsMissing);
+  mIsSerious = content.mIsSerious;
+  SetTitle(content.mCaption);
+  AddHead(content);
+  AddRows(content, drawSupplier);
+  AddButtons(content);
+  ShowRows();
+}
+
+void SCRDialog::AddHead(const ReportDialogContent& content) {
+  qelui::View& head = GetContentView().AddView(Direction::kAcross);
+  head.AddIcon(qelui::IconKind::kWarning, content.mTitle).SetVisible(mIsSerious);
+  qelui::View& texts = head.AddView(Direction::kDown);
+  texts.SetTakesSpace(true);
+  qelui::StaticText& title = texts.AddText(content.mTitle);
+  title.SetFontStyle(qelui::FontStyle::kTitle);
+  if (mIsSerious) title.SetColor(kWarningColor);
+  texts.AddText(content.mNote).SetVisible(mIsSerious);
+}
+
+void SCRDialog::AddRows(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier) {
+  dialogutils::SCRBorderedSubView list(GetContentView(), Direction::kDown);
+  list.GetView().SetTakesSpace(true);
+  if (!content.mInstead.empty()) {
+    list.GetView().AddText(content.mInstead);
+    return;
+  }
+  int buttonWidth = 0;
+  for (const std::u16string& caption : content.mActionCaptions)
+    buttonWidth = std::max(buttonWidth, drawSupplier.MeasureButton(caption));
+
+  mScrollView = &list.GetView().AddScrollView(content.mTitle);
+  for (std::size_t index = 0; index < content.mRows.size(); ++index) {
+    mIssueViews.emplace_back(mScrollView->GetContentView(), content.mRows[index], buttonWidth,
+                             [this, index] { OnIssueAction(mIssues[index]); });
+  }
+}
+
+void SCRDialog::AddButtons(const ReportDialogContent& content) {
+  qelui::View& buttons = GetContentView().AddView(Direction::kAcross);
+  qelui::Button& exportButton = buttons.AddButton(content.mExportCaption);
+  exportButton.SetAction([this] { OnExport(); });
+  exportButton.SetVisible(static_cast<bool>(mWriteReport));
+  buttons.AddSpace();
+
+  // Serious issues have to be acknowledged with words of their own.
+  qelui::Button& goOn = buttons.AddHotText(content.mContinueCaption);
+  goOn.SetAction([this] { Close(); });
+  goOn.SetVisible(mIsSerious);
+  goOn.SetActive(mIsSerious);
+
+  qelui::Button& ok = buttons.AddButton(content.mOkCaption);
+  ok.SetVisible(!mIsSerious);
+  ok.SetActive(!mIsSerious);
+  SetOkButton(ok);
+  SetCloseControl(mIsSerious ? goOn : ok);
+}
+
+void SCRDialog::ShowRows() {
+  if (mScrollView == nullptr) return;
+  const qelui::Size size = mScrollView->MeasureContent();
+  qelui::OS_DialogUtils::SetContentSize(*this, size);
+  mScrollView->SetScrollBarSize(size);
+  mScrollView->ScrollIntoView(mIssueViews.front().GetView());
+  mScrollView->Update();
+}
+
+void SCRDialog::OnIssueAction(const SCRIssue& issue) {
+  const std::u16string url = UTF8to16(issue.GetInfoURL());
+  // Without a page there is nothing to open, and nothing happened that anybody should hear of.
+  if (!qelcore::IsWebAddress(url)) return;
+  qelcore::OpenURLInDefaultBrowser(url);
+  ReportStatistics::Instance().mClickedURLs.insert(issue.GetInfoURL());
+  LogFixEvent(issue);
+}
+
+void SCRDialog::OnExport() {
+  qelui::OS_FileSaveAsDialog dialog(Localise("$$$/qel/scr/kSaveAsText=Save System Compatibility Report As"),
+                                    {Localise("$$$/qel/scr/kFileDescription=Text File"), u"txt"},
+                                    u"SystemCompatibilityReport.txt",
+                                    qelcore::filesupport::Dir::UserDocsDir().GetFullPath());
+  const std::u16string path = dialog.RunModal(this);
+  if (path.empty()) return;
+  if (Export(File(path))) {
+    ++ReportStatistics::Instance().mNumberOfTimesReportSaved;
+    LogExportEvent();
+    return;
+  }
+  const std::u16string message = Localise(
+      "$$$/qel/scr/kExportFailedText=The report could not be saved as @0. Choose another place or name.");
+  qelui::SimpleErrorMessageBox(Localise("$$$/qel/scr/kTitleText=System Compatibility Report"),
+                               qelcore::ReplacePlaceholders(message, {path}), mParentWindow);
+}
+
+bool SCRDialog::Export(const File& file) {
+  return AtBoundary("qelsystemcompatibilityreport::SCRDialog::Export", false, [&] {
+    file.Create(false);
+    mWriteReport(file);
+    return file.Exists();
+  });
+}
+
+}  // namespace qelsystemcompatibilityreport

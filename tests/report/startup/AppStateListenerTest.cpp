@@ -1,0 +1,88 @@
+// Start-up: what the library does by itself when the host starts it and tells its states.
+#include "qelsystemcompatibilityreport/report/startup/AppStateListener.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+#include <vector>
+
+#include "host/qelcore/HostSetup.h"
+#include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+#include "tests/support/Gate.h"
+#include "tests/support/TestHost.h"
+
+namespace {
+
+using qelcore::appstatemanager::AppState;
+using qelcore::host::SetAppState;
+using qelsystemcompatibilityreport::EnableReports;
+using testing::IsEmpty;
+
+class AppStateListenerTest : public testing::Test {
+ protected:
+  AppStateListenerTest() { EXPECT_TRUE(qelcore::host::BeginProcess()); }
+
+  [[nodiscard]] std::size_t TimesLogged() const { return mHost.mUsageEntries.size(); }
+
+  testsupport::TestHost mHost;
+};
+
+TEST_F(AppStateListenerTest, OnlyTheEndOfStartUpLogsTheStatistics) {
+  for (const int state : {0, 1, 2, 3, 4, 6, 7, -5, 50}) {
+    SetAppState(AppState{state});
+    EXPECT_EQ(TimesLogged(), 0U) << state;
+  }
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 1U);
+  EXPECT_THAT(mHost.mEvents, IsEmpty());
+}
+
+TEST_F(AppStateListenerTest, ASecondEndOfStartUpLogsNothing) {
+  SetAppState(AppState::kPostStartup);
+  SetAppState(AppState::kStarted);
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
+TEST_F(AppStateListenerTest, ListeningAgainDoesNothing) {
+  SetAppState(AppState::kPostStartup);
+  qelsystemcompatibilityreport::ListenToAppStates();
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
+TEST_F(AppStateListenerTest, TheEndOfStartUpFromInsideItself) {
+  mHost.mOnUsageEntry = [] { SetAppState(AppState::kPostStartup); };
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
+TEST_F(AppStateListenerTest, TheEndOfStartUpFromTwoThreadsAtOnce) {
+  testsupport::Gate start;
+  std::vector<std::thread> senders;
+  for (int sender = 0; sender < 2; ++sender) {
+    senders.emplace_back([&] {
+      start.Wait();
+      SetAppState(AppState::kPostStartup);
+    });
+  }
+  start.Open();
+  for (std::thread& sender : senders) sender.join();
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
+TEST_F(AppStateListenerTest, WhileTheServiceIsOffTheOccasionPasses) {
+  EnableReports(false);
+  SetAppState(AppState::kPostStartup);
+  EnableReports(true);
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 0U);
+}
+
+TEST_F(AppStateListenerTest, AfterTheProcessEndedNothingIsHeard) {
+  qelcore::host::EndProcess();
+  SetAppState(AppState::kPostStartup);
+  EXPECT_EQ(TimesLogged(), 0U);
+}
+
+}  // namespace
