@@ -10,6 +10,7 @@ namespace app {
 namespace {
 
 constexpr std::size_t kMostProblemsPrinted = 10;
+constexpr int kTraceWarnings = 5;
 
 /// What a problem means for the user, where its text alone does not say.
 std::string Consequence(const Diagnostics::Problem& problem) {
@@ -27,11 +28,15 @@ Diagnostics::Diagnostics() {
   qelcore::host::SetExceptionSink([this](const std::exception_ptr& exception, std::string_view context) {
     Add(context, qelcore::host::DescribeException(exception));
     // An exception that ends a run is logged under the name of the run's function, and not traced besides.
-    if (context.ends_with("::RunReport")) mRunFailed = true;
+    if (context.ends_with("::RunReport") || context.ends_with("::RunReportForStartup")) mRunFailed = true;
   });
-  qelcore::host::SetTraceObserver([this](std::string_view channel, int level, std::string_view) {
-    if (channel == "SystemCompatibilityReport" && level == 1) mRunFailed = true;
-  });
+  qelcore::host::SetTraceObserver(
+      [this](std::string_view channel, int level, std::string_view text) {
+        if (channel != "SystemCompatibilityReport") return;
+        if (level == 1) mRunFailed = true;
+        if (text.starts_with("Unable to find blocklist file")) mRunWasSkipped = true;
+      },
+      kTraceWarnings);
 }
 
 Diagnostics::~Diagnostics() {
@@ -47,6 +52,14 @@ std::string Diagnostics::Summary() const {
   std::string summary;
   for (const Problem& problem : mProblems) summary += (summary.empty() ? "" : "; ") + problem.mText;
   return summary;
+}
+
+std::string Diagnostics::DescribeFailedRun() const {
+  const std::string reason =
+      mProblems.empty() ? "the blocklist file is empty, or the machine cannot be read; --trace 6 tells which "
+                          "files were looked at"
+                        : Summary();
+  return "the report could not be made: " + reason;
 }
 
 bool Diagnostics::HasProblemIn(std::string_view context) const {

@@ -34,6 +34,12 @@ class Diagnostics {
   /// Whether the report service said that a run failed.
   [[nodiscard]] bool RunFailed() const { return mRunFailed; }
 
+  /// Why a run failed, as far as anybody said.
+  [[nodiscard]] std::string DescribeFailedRun() const;
+
+  /// Whether a run at launch was skipped because there is no blocklist.
+  [[nodiscard]] bool RunWasSkipped() const { return mRunWasSkipped; }
+
   /// Prints the problems, at most ten, each as a line "scr: warning: ...".
   void PrintProblems() const;
 
@@ -43,6 +49,7 @@ class Diagnostics {
   std::set<std::string> mKnown;
   std::vector<Problem> mProblems;
   bool mRunFailed = false;
+  bool mRunWasSkipped = false;
 };
 
 }  // namespace app

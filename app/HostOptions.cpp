@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <regex>
 
+#include "app/Diagnostics.h"
 #include "app/Output.h"
 #include "host/qelcore/HostSetup.h"
 
@@ -72,8 +73,10 @@ void HostOptions::SetUpHost() const {
     host::SetDebugEntryForThisRun(setting.substr(0, equals), setting.substr(equals + 1));
   }
   host::SetApplicationVersion(QELSCR_VERSION_MAJOR, QELSCR_VERSION_MINOR);
+  const Diagnostics diagnostics;
   if (!host::BeginProcess())
     throw UserError("a part of the program could not be started; --trace 1 tells which");
+  diagnostics.PrintProblems();
 }
 
 }  // namespace app

@@ -55,6 +55,11 @@ int Run(int argumentCount, char** arguments) {
   app::AddComponentsVerb(application, exitCode);
   app::AddCheckVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
+  app::AddLaunchVerb(application, exitCode);
+  app::AddRefreshVerb(application, exitCode);
+  app::AddScriptVerb(application, exitCode);
+  app::AddEventsVerb(application, exitCode);
+  app::AddTrailVerb(application, exitCode);
   app::AddSettingsVerb(application, exitCode);
 
   try {

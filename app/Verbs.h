@@ -17,6 +17,11 @@ void AddReportVerb(CLI::App& application, ExitCode& exitCode);
 void AddComponentsVerb(CLI::App& application, ExitCode& exitCode);
 void AddCheckVerb(CLI::App& application, ExitCode& exitCode);
 void AddStateVerb(CLI::App& application, ExitCode& exitCode);
+void AddLaunchVerb(CLI::App& application, ExitCode& exitCode);
+void AddRefreshVerb(CLI::App& application, ExitCode& exitCode);
+void AddScriptVerb(CLI::App& application, ExitCode& exitCode);
+void AddEventsVerb(CLI::App& application, ExitCode& exitCode);
+void AddTrailVerb(CLI::App& application, ExitCode& exitCode);
 void AddSettingsVerb(CLI::App& application, ExitCode& exitCode);
 
 }  // namespace app

@@ -44,13 +44,7 @@ void RunReport(const std::string& path) {
   const Diagnostics diagnostics;
   qelsystemcompatibilityreport::RunReportToFile(qelcore::GetApplicationName(),
                                                 qelcore::string::UTF8to16(path));
-  if (diagnostics.RunFailed()) {
-    throw UserError(
-        diagnostics.Problems().empty()
-            ? "the report could not be made: the blocklist file is empty, or the machine cannot be read; "
-              "--trace 6 tells which files were looked at"
-            : "the report could not be made: " + diagnostics.Summary());
-  }
+  if (diagnostics.RunFailed()) throw UserError(diagnostics.DescribeFailedRun());
   diagnostics.PrintProblems();
 }
 

@@ -9,8 +9,11 @@
 #include "app/Diagnostics.h"
 #include "app/Output.h"
 #include "app/Verbs.h"
+#include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/DebugDatabase.h"
+#include "platform/qelcore/Localisation.h"
+#include "platform/qelcore/Text.h"
 #include "qelsystemcompatibilityreport/DebugSettings.h"
 
 namespace app {
@@ -20,14 +23,19 @@ using qelsystemcompatibilityreport::DebugSetting;
 
 namespace {
 
-/// A switch of the reference host, beside the library's own settings.
-constexpr DebugSetting kPropertiesFeature{"qelsystemcompatibilityreport.properties", "true",
-                                          "\"false\" leaves system properties and the rules about them out"};
+/// Settings of the reference host, beside the library's own.
+constexpr DebugSetting kHostSettings[] = {
+    {"qelsystemcompatibilityreport.properties", "true",
+     "\"false\" leaves system properties and the rules about them out"},
+    {qelappsupport::host::kRecordAnalyticsSetting, "true",
+     "\"false\" keeps events from being recorded on this machine"},
+    {qelcore::host::kRecordStatisticsSetting, "true",
+     "\"false\" keeps usage statistics from being recorded on this machine"}};
 
 std::vector<DebugSetting> KnownSettings() {
   std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kAllDebugSettings.begin(),
                                      qelsystemcompatibilityreport::kAllDebugSettings.end());
-  settings.push_back(kPropertiesFeature);
+  settings.insert(settings.end(), std::begin(kHostSettings), std::end(kHostSettings));
   return settings;
 }
 
@@ -50,6 +58,14 @@ std::string Describe(const DebugSetting& setting) {
                      Quoted(setting.mDefaultValue));
 }
 
+/// The description as users read it: the localised text, without the note to translators behind it.
+std::string Describe(const qelappsupport::host::BetaFeatureDescription& feature) {
+  const std::string text = qelcore::string::UTF16to8(qelcore::Localise(feature.mDescription));
+  return fmt::format("\nbeta feature {} is {}\n    {} ({})\n", feature.mName,
+                     qelappsupport::IsFeatureEnabled(feature.mName) ? "on" : "off",
+                     Printable(std::string_view(text).substr(0, text.find("#{comment}"))), feature.mTicket);
+}
+
 void ListSettings() {
   std::string text;
   for (const DebugSetting& setting : KnownSettings()) text += Describe(setting);
@@ -58,6 +74,7 @@ void ListSettings() {
     text +=
         fmt::format("{} = {}  [changed]\n    not a setting of this program\n", Printable(key), Quoted(value));
   }
+  for (const auto& feature : qelappsupport::host::GetBetaFeatures()) text += Describe(feature);
   Print(text);
 }
 
