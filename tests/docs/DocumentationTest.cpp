@@ -7,7 +7,7 @@
 
 #include "platform/qelcore/Json.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
-#include "qelsystemcompatibilityreport/report/PriorState.h"
+#include "qelsystemcompatibilityreport/report/state/PriorState.h"
 #include "tests/support/ProgramRun.h"
 #include "tests/support/TestHost.h"
 
