@@ -113,6 +113,13 @@ QELSCR_EXPORT AppOptimizationStatus ContinueDefaultOptimizations(std::vector<Opt
 /// Cancel, for those that are pending.
 QELSCR_EXPORT AppOptimizationStatus CancelOptimizations(std::vector<OptimizationState>& states);
 
+// ---- The dialog -------------------------------------------------------------------------------------------
+
+/// Shows the optimizer dialog over `parent`, which may be null, and returns when it is closed. While one is
+/// open, brings that one to the front instead. Without a toolkit that can draw nothing is shown. Does not
+/// throw.
+QELSCR_EXPORT void RunAppOptimizer(qelui::OS_Window* parent);
+
 // ---- For the host -----------------------------------------------------------------------------------------
 
 /// Whether the host offers the optimizer to its users; false at load. Nothing in this library asks. Does not
