@@ -18,6 +18,7 @@ std::string Consequence(const Diagnostics::Problem& problem) {
   if (context.ends_with("::SavePriorStateToPrefsDir")) return "the issues could not be remembered: ";
   if (context.ends_with("::LoadPriorStateFromPrefsDir")) return "what was remembered could not be read: ";
   if (context.ends_with("::GetDownloadBlocklistFileLocation")) return "downloaded blocklists are left out: ";
+  if (context.ends_with("::RunReport")) return "the report could not be made: ";
   if (context.ends_with("::ReadThisMachine")) return "system properties could not be kept: ";
   return {};
 }
@@ -45,7 +46,7 @@ Diagnostics::~Diagnostics() {
 }
 
 void Diagnostics::Add(std::string_view context, const std::string& text) {
-  if (mKnown.insert(text).second) mProblems.push_back({std::string(context), text});
+  if (mKnown.emplace(context, text).second) mProblems.push_back({std::string(context), text});
 }
 
 std::string Diagnostics::Summary() const {

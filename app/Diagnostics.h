@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace app {
@@ -46,7 +47,7 @@ class Diagnostics {
  private:
   void Add(std::string_view context, const std::string& text);
 
-  std::set<std::string> mKnown;
+  std::set<std::pair<std::string, std::string>> mKnown;
   std::vector<Problem> mProblems;
   bool mRunFailed = false;
   bool mRunWasSkipped = false;

@@ -36,9 +36,19 @@ std::string Explain(const CLI::App& application, const CLI::ParseError& error) {
   return problem + "; \"" + command + " --help\" shows how it is used";
 }
 
+/// Ends the process's host whichever way a verb ends.
+class HostProcess {
+ public:
+  HostProcess() = default;
+  ~HostProcess() { qelcore::host::EndProcess(); }
+  HostProcess(const HostProcess&) = delete;
+  HostProcess& operator=(const HostProcess&) = delete;
+};
+
 int Run(int argumentCount, char** arguments) {
   app::ExitCode exitCode = app::ExitCode::kSuccess;
   app::HostOptions hostOptions;
+  const HostProcess hostProcess;
 
   CLI::App application(kDescription, "scr");
   application.set_version_flag("--version", "scr " + std::to_string(QELSCR_VERSION_MAJOR) + "." +
@@ -55,7 +65,10 @@ int Run(int argumentCount, char** arguments) {
   app::AddComponentsVerb(application, exitCode);
   app::AddCheckVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
+  app::AddShowVerb(application, exitCode);
   app::AddLaunchVerb(application, exitCode);
+  app::AddOptimizeVerb(application, exitCode);
+  app::AddDesktopVerb(application, exitCode);
   app::AddRefreshVerb(application, exitCode);
   app::AddScriptVerb(application, exitCode);
   app::AddEventsVerb(application, exitCode);
@@ -70,13 +83,13 @@ int Run(int argumentCount, char** arguments) {
     app::PrintDiagnostic(Explain(application, error));
     return static_cast<int>(app::ExitCode::kFailure);
   }
-  qelcore::host::EndProcess();
   return static_cast<int>(exitCode);
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  qelcore::host::ReserveStandardStreams();
   try {
     return Run(argumentCount, arguments);
   } catch (const std::exception& error) {

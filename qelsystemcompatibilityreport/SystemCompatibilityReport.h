@@ -48,8 +48,8 @@ QELSCR_EXPORT void RunReportForHelp(const std::u16string& applicationName, qelui
 
 /// Writes the text report of this machine to `outputPath`, in place of what is there, and remembers the
 /// issues. `applicationName` and `outputPath` are UTF-16. Without a blocklist the report lists the components
-/// alone, and nothing is remembered. When the file cannot be written nothing is remembered either. An empty
-/// path means that no file is written.
+/// alone, and nothing is remembered. When the file cannot be written nothing is remembered either. With an
+/// empty path the report is shown in its dialog instead, where there is a toolkit.
 QELSCR_EXPORT void RunReportToFile(const std::u16string& applicationName, const std::u16string& outputPath);
 
 // ---- What the last run of this process found --------------------------------------------------------------

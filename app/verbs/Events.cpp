@@ -1,18 +1,18 @@
 // `scr events`: what was recorded for analytics.
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <system_error>
 #include <variant>
 
-#include "app/InputFile.h"
 #include "app/Output.h"
 #include "app/Verbs.h"
 #include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
-#include "platform/qelcore/Files.h"
-#include "platform/qelcore/Text.h"
+#include "host/qelcore/diagnostics/JsonLinesLog.h"
+#include "platform/qelcore/Json.h"
 
 namespace app {
 
@@ -67,10 +67,20 @@ std::string Describe(const host::UsageEntry& entry) {
   return text;
 }
 
-/// The file's content; nothing when there is no such file.
-std::string ReadWhenThere(const std::string& path) {
-  const qelcore::filesupport::File file(qelcore::string::UTF8to16(path));
-  return file.Exists() ? ReadInputFile(path) : std::string();
+void WarnOfDamage(const std::string& file, std::size_t damagedLines) {
+  if (damagedLines > 0)
+    PrintDiagnostic(fmt::format("warning: {}: {} damaged lines were left out", file, damagedLines));
+}
+
+/// Prints the records of a file as JSON Lines.
+void PrintJson(const std::string& file) {
+  const host::JsonLinesLog log(std::filesystem::path(file).filename().string(), "app::PrintJson");
+  const host::JsonLines lines = log.Read();
+  std::string text;
+  for (const qelcore::json::Dictionary& object : lines.mObjects)
+    text += qelcore::json::Serialise(object) + "\n";
+  Print(text);
+  WarnOfDamage(file, lines.mDamagedLines);
 }
 
 /// Prints the entries, or why there are none.
@@ -81,15 +91,13 @@ void PrintEntries(const Entries& entries, std::size_t damagedLines, const std::s
   if (text.empty())
     text = "Nothing is recorded in " + Printable(file) + " yet; a report records something.\n";
   Print(text);
-  if (damagedLines > 0)
-    PrintDiagnostic(fmt::format("warning: {}: {} damaged lines were left out", file, damagedLines));
+  WarnOfDamage(file, damagedLines);
 }
 
 void ShowEvents(const Arguments& arguments) {
   try {
     if (arguments.mJson) {
-      const std::string file = arguments.mStatistics ? host::GetUsageFile() : appsupport::GetEventsFile();
-      Print(ReadWhenThere(file + ".1") + ReadWhenThere(file));
+      PrintJson(arguments.mStatistics ? host::GetUsageFile() : appsupport::GetEventsFile());
     } else if (arguments.mStatistics) {
       const host::UsageEntries entries = host::ReadUsageEntries();
       PrintEntries(entries.mEntries, entries.mDamagedLines, host::GetUsageFile());

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "app/Diagnostics.h"
+#include "app/LazyToolkit.h"
 #include "app/Output.h"
 #include "app/Verbs.h"
 #include "host/qelcore/HostSetup.h"
@@ -15,6 +16,7 @@ namespace {
 using namespace qelsystemcompatibilityreport;
 
 void Launch() {
+  LazyToolkit toolkit;
   const Diagnostics diagnostics;
   qelcore::host::SetAppState(qelcore::appstatemanager::AppState::kStarted);
   RunReportForStartup(qelcore::GetApplicationName(), nullptr);
@@ -27,6 +29,8 @@ void Launch() {
   Print(fmt::format("Known issues of this machine: {} FATAL, {} ERROR, {} WARN, {} INFO\n",
                     CountFatalIncompatibilities(), CountErrorIncompatibilities(),
                     CountWarnIncompatibilities(), CountInfoIncompatibilities()));
+  if (!toolkit.WhyNothingWasShown().empty())
+    PrintDiagnostic("the report was not shown: " + toolkit.WhyNothingWasShown());
   diagnostics.PrintProblems();
 }
 
@@ -36,10 +40,10 @@ void AddLaunchVerb(CLI::App& application, ExitCode&) {
   CLI::App* const verb =
       application.add_subcommand("launch", "The run that an application makes at its start");
   verb->group("Verbs")->footer(
-      "Does what an application does at its start: matches only when something serious is known or "
-      "something\n"
-      "has changed, remembers the issues, and records statistics. Then says how many issues are known;\n"
-      "\"scr report\" shows them.\n"
+      "Does what an application does at its start: matches only when something serious is known or\n"
+      "something has changed, shows the report only when it matters, remembers the issues, and records\n"
+      "statistics. Then says how many issues are known. Without a display nothing is shown; \"scr report\"\n"
+      "writes the issues.\n"
       "\n"
       "  scr state quiet    keeps later launches from showing the report\n"
       "  scr events         shows what was recorded\n");

@@ -1,5 +1,6 @@
 // `scr script`: run a script that can make reports.
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/Diagnostics.h"
@@ -14,13 +15,17 @@ namespace {
 void RunScript(const std::string& path) {
   const Diagnostics diagnostics;
   qelscripting::host::SetOptions({.mPrint = Print});
+  std::optional<std::string> scriptError;
   try {
     qelscripting::host::RunScriptFile(path);
   } catch (const qelscripting::host::ScriptError& error) {
-    throw UserError(error.what());
+    scriptError = error.what();
   }
-  if (diagnostics.RunFailed()) PrintDiagnostic("warning: " + diagnostics.DescribeFailedRun());
+  // The script learns nothing of a report that failed, so its user is told.
+  if (diagnostics.RunFailed() && diagnostics.Problems().empty())
+    PrintDiagnostic("warning: " + diagnostics.DescribeFailedRun());
   diagnostics.PrintProblems();
+  if (scriptError) throw UserError(*scriptError);
 }
 
 }  // namespace

@@ -110,6 +110,18 @@ enum class FileOperation {
 /// away.
 QELCORE_EXPORT void SetFileOperationHook(std::function<void(FileOperation, const std::string& path)> hook);
 
+/// How many files the process may have open: now, and at most.
+struct OpenFileLimits {
+  std::uint64_t mCurrent = 0;
+  std::uint64_t mLargest = 0;
+};
+
+/// Throws `std::system_error` when the system does not tell.
+[[nodiscard]] QELCORE_EXPORT OpenFileLimits GetOpenFileLimits();
+
+/// Sets the current limit of this process. Throws `std::system_error` when the system refuses.
+QELCORE_EXPORT void SetOpenFileLimit(std::uint64_t limit);
+
 // ---- Diagnostics ------------------------------------------------------------------------------------------
 
 /// Records messages of all channels up to `level` (0 none, the default), and moves the change counter.
@@ -134,6 +146,10 @@ QELCORE_EXPORT void SetExceptionSink(
 
 /// What an exception says: its `what`, or a text that says that it is of an unknown kind.
 [[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
+
+/// Takes the places of standard streams that were closed when the program started, so that no file is opened in such a
+/// place and receives what the program prints. To be called first of all.
+QELCORE_EXPORT void ReserveStandardStreams();
 
 /// Whether somebody reads standard error on a terminal, so that progress can be shown there.
 [[nodiscard]] QELCORE_EXPORT bool IsStandardErrorATerminal();

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <thread>
 
 #include "platform/qelcore/Export.h"
 
@@ -32,8 +33,25 @@ class QELCORE_EXPORT OpenOnceGate {
   bool mIsOpen = false;
 };
 
-/// A mutex that one thread may lock several times, with a bound on the wait.
-using RecursiveTimedMutex = std::recursive_timed_mutex;
+/// A mutex that one thread may lock several times, with a bound on the wait. `TimedLock` holds it.
+class QELCORE_EXPORT RecursiveTimedMutex {
+ public:
+  RecursiveTimedMutex();
+  ~RecursiveTimedMutex();
+  RecursiveTimedMutex(const RecursiveTimedMutex&) = delete;
+  RecursiveTimedMutex& operator=(const RecursiveTimedMutex&) = delete;
+
+ private:
+  friend class TimedLock;
+
+  [[nodiscard]] bool TryLockFor(std::chrono::milliseconds timeOut);
+  void Unlock();
+
+  std::mutex mMutex;
+  std::condition_variable mFreed;
+  std::thread::id mOwner;      ///< guarded by `mMutex`; means something while the count is not 0
+  std::size_t mLockCount = 0;  ///< guarded by `mMutex`
+};
 
 /// Holds a recursive mutex for a scope. The wait is bounded; when the time is over the scope goes on without
 /// the mutex, which `OwnsLock` tells. The bound is there so that nothing waits for ever, not as an error to
@@ -45,10 +63,11 @@ class QELCORE_EXPORT TimedLock {
   TimedLock(const TimedLock&) = delete;
   TimedLock& operator=(const TimedLock&) = delete;
 
-  [[nodiscard]] bool OwnsLock() const { return mLock.owns_lock(); }
+  [[nodiscard]] bool OwnsLock() const { return mOwnsLock; }
 
  private:
-  std::unique_lock<RecursiveTimedMutex> mLock;
+  RecursiveTimedMutex& mMutex;
+  bool mOwnsLock;
 };
 
 /// Runs `task` on the main thread once `delayMilliseconds` have passed. A delay of 0 still posts: the task

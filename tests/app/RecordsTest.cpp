@@ -93,6 +93,18 @@ TEST_F(RecordsTest, DamagedLinesAreLeftOutAndTold) {
   EXPECT_NE(result.mOutput.find("view_type"), std::string::npos);
 }
 
+TEST_F(RecordsTest, JsonLinesAreWholeWhateverTheFilesHold) {
+  MakeReport();
+  const std::string good = mFiles.Read("preferences/analytics-events.jsonl");
+  // An older file without a last line feed, and a line that would clear the screen.
+  Write("preferences/analytics-events.jsonl.1", good.substr(0, good.size() - 1));
+  Write("preferences/analytics-events.jsonl", "\x1b[2J\n" + good);
+  const auto result = Scr({"events", "--json"});
+  EXPECT_EQ(result.mExitCode, 0);
+  EXPECT_EQ(result.mOutput, good + good);
+  EXPECT_NE(result.mErrors.find("1 damaged lines were left out"), std::string::npos) << result.mErrors;
+}
+
 TEST_F(RecordsTest, TheTrailHasTheIssuesAndTheirNumber) {
   MakeReport();
   const auto result = Scr({"trail"});

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/app/ScrTest.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/network/LoopbackServer.h"
@@ -39,9 +41,17 @@ TEST_F(RefreshVerbTest, TheNextReportReadsWhatWasFetched) {
 TEST_F(RefreshVerbTest, TheSettingSaysHowLongToWait) {
   const LoopbackServer server(
       LoopbackServer::Answering([&](const std::string&) { return HttpAnswer("200 OK", Blocklist("")); }));
-  const auto result = Scr(
-      {"--set", "qelsystemcompatibilityreport.download_delay_secs=0", "refresh", "--base", server.Url("")});
-  EXPECT_EQ(result.mExitCode, 0) << result.mErrors;
+  const struct {
+    const char* mSetting;
+    const char* mText;
+  } rows[] = {{"0", "will begin in 0.001 seconds"}, {"1", "will begin in 1 seconds"}};
+  for (const auto& row : rows) {
+    const auto result = Scr({"--trace", "6", "--set",
+                             std::string("qelsystemcompatibilityreport.download_delay_secs=") + row.mSetting,
+                             "refresh", "--base", server.Url("")});
+    EXPECT_EQ(result.mExitCode, 0) << result.mErrors;
+    EXPECT_NE(result.mErrors.find(row.mText), std::string::npos) << result.mErrors;
+  }
 }
 
 TEST_F(RefreshVerbTest, EveryFailureSaysWhatHappenedAndKeepsTheOldList) {
@@ -66,6 +76,46 @@ TEST_F(RefreshVerbTest, EveryFailureSaysWhatHappenedAndKeepsTheOldList) {
   }
 }
 
+TEST_F(RefreshVerbTest, AWaitIsShownOnATerminal) {
+  const LoopbackServer server(
+      LoopbackServer::Answering([&](const std::string&) { return HttpAnswer("200 OK", Blocklist("")); }));
+  // `script` runs the command on a terminal of its own.
+  const auto result = testsupport::RunProgram(
+      "/usr/bin/script",
+      {"--quiet", "--return", "--command",
+       std::string(QELSCR_SCR) + " --pref-dir " + Path("preferences") + " --app-dir " + Path("application") +
+           " --set qelsystemcompatibilityreport.download_delay_secs=1 refresh --base " + server.Url(""),
+       Path("typescript")},
+      {}, mFiles.Path(), mFiles.Path());
+  EXPECT_EQ(result.mExitCode, 0) << result.mOutput;
+  EXPECT_NE(result.mOutput.find("\r\x1b[Kthe download begins in 1 s"), std::string::npos) << result.mOutput;
+  EXPECT_NE(result.mOutput.find("the next report reads it"), std::string::npos) << result.mOutput;
+}
+
+TEST_F(RefreshVerbTest, AListThatReportsDoNotReadIsCalledSo) {
+  const LoopbackServer server(
+      LoopbackServer::Answering([&](const std::string&) { return HttpAnswer("200 OK", Blocklist("")); }));
+  const auto result = Scr({"--set", "qelsystemcompatibilityreport.use_installed_blocklist=true", "refresh",
+                           "--base", server.Url(""), "--now"});
+  EXPECT_EQ(result.mExitCode, 0);
+  EXPECT_NE(result.mOutput.find("reports do not read it while"), std::string::npos) << result.mOutput;
+}
+
+TEST_F(RefreshVerbTest, AListThatCannotBeStored) {
+  std::filesystem::create_directories(mFiles.Path() / kDownloaded / "inside");
+  const LoopbackServer server(
+      LoopbackServer::Answering([&](const std::string&) { return HttpAnswer("200 OK", Blocklist("")); }));
+  ExpectError(Scr({"refresh", "--base", server.Url(""), "--now"}),
+              "the blocklist could not be stored; the old one stays: ");
+}
+
+TEST_F(RefreshVerbTest, APasswordIsNotPrinted) {
+  const std::string url = testsupport::UrlWithoutServer("");
+  const auto result = Scr({"refresh", "--base", "HTTP://user:secret@" + url.substr(7), "--now"});
+  EXPECT_EQ(result.mExitCode, 1);
+  EXPECT_EQ(result.mErrors.find("secret"), std::string::npos) << result.mErrors;
+}
+
 TEST_F(RefreshVerbTest, WrongUse) {
   ExpectError(Scr({"refresh"}), "--base");
   ExpectError(Scr({"refresh", "--base", ""}), "write it like https://");
@@ -73,7 +123,10 @@ TEST_F(RefreshVerbTest, WrongUse) {
   ExpectError(Scr({"refresh", "--base", "example.com"}), "write it like https://");
   ExpectError(Scr({"refresh", "--base", "https://"}), "write it like https://");
   ExpectError(Scr({"refresh", "--base", "http:///lists"}), "write it like https://");
-  ExpectError(Scr({"refresh", "--base", "http://a b", "--now"}), "not an address that can be asked");
+  ExpectError(Scr({"refresh", "--base", "http://example.com/lists?a=b"}), "write it like https://");
+  ExpectError(Scr({"refresh", "--base", "http://example.com/lists#a"}), "write it like https://");
+  ExpectError(Scr({"refresh", "--base", "http://a b"}), "write it like https://");
+  ExpectError(Scr({"refresh", "--base", "http://a:99999", "--now"}), "not an address that can be asked");
 }
 
 TEST_F(RefreshVerbTest, AServerThatIsNotThere) {

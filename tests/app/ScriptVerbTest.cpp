@@ -56,6 +56,18 @@ TEST_F(ScriptVerbTest, AReportThatFailsIsTrueToTheScriptAndTold) {
   EXPECT_NE(result.mErrors.find("missing/out.txt"), std::string::npos) << result.mErrors;
 }
 
+TEST_F(ScriptVerbTest, AReportThatFailsIsToldOnceWhateverTheScriptDoes) {
+  const std::string call = "SystemCompatibilityReport.CreateReport('" + Path("missing/out.txt") + "') ";
+  for (const std::string& rest : {std::string(), std::string("error('after')")}) {
+    const auto result = Scr({"script", Write("script.lua", call + rest)});
+    EXPECT_EQ(result.mExitCode, rest.empty() ? 0 : 1);
+    const std::size_t first = result.mErrors.find("missing/out.txt");
+    EXPECT_NE(first, std::string::npos) << result.mErrors;
+    EXPECT_EQ(result.mErrors.find("missing/out.txt", first + 1), std::string::npos) << result.mErrors;
+    EXPECT_EQ(result.mErrors.find("after") != std::string::npos, !rest.empty()) << result.mErrors;
+  }
+}
+
 TEST_F(ScriptVerbTest, WrongUse) {
   ExpectError(Scr({"script"}), "FILE");
   ExpectError(Scr({"script", Path("missing.lua")}), "missing.lua");

@@ -74,4 +74,19 @@ TEST_F(UsageTest, OutputThatCannotBeWrittenIsAnError) {
   EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
 }
 
+TEST_F(UsageTest, AClosedOutputIsAnErrorAndNoFileReceivesWhatIsPrinted) {
+  Write("application/SystemCompatibilityReport/blocklist.en_US.json", "{{{");
+  const auto result = testsupport::RunProgram(
+      "/bin/bash",
+      {"-c", std::string(QELSCR_SCR) + " --pref-dir preferences --app-dir application launch >&-"}, {},
+      mFiles.Path(), mFiles.Path());
+  EXPECT_EQ(result.mExitCode, 1);
+  EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(mFiles.Path() / "preferences")) {
+    if (!entry.is_regular_file()) continue;
+    EXPECT_EQ(testsupport::ReadWholeFile(entry.path()).find("Known issues"), std::string::npos)
+        << entry.path();
+  }
+}
+
 }  // namespace

@@ -61,10 +61,6 @@ std::string EnvironmentLanguage() {
   return {};
 }
 
-bool IsStandardErrorATerminal() {
-  return isatty(STDERR_FILENO) == 1;
-}
-
 PersonalNames ReadPersonalNames() {
   constexpr std::size_t kLongestHostName = 256;
   PersonalNames names;

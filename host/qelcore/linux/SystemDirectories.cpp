@@ -1,9 +1,10 @@
 // The usual places after the XDG base directory rules.
 #include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <system_error>
 
 #include "host/qelcore/System.h"
+#include "host/qelcore/files/FileContent.h"
 #include "host/qelcore/linux/UserAccount.h"
 
 namespace qelcore::host {
@@ -85,6 +86,18 @@ std::string ReadDocumentsLine(std::string_view line, const std::string& home) {
   return path.starts_with('/') ? path : std::string();
 }
 
+/// The list of the user's directories; empty when there is none to read.
+std::string ReadUserDirectories() {
+  constexpr std::size_t kLargestList = 1'048'576;
+  const std::string path = (ConfigurationDirectory() / "user-dirs.dirs").string();
+  try {
+    FileHandle file = FileHandle::OpenForReading(path);
+    return ReadToEnd(file, path, kLargestList);
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
 std::string WithoutSlashAtEnd(std::string path) {
   while (path.size() > 1 && path.back() == '/') {
     path.pop_back();
@@ -116,7 +129,7 @@ std::string UsualApplicationDirectory() {
 
 std::string UsualDocumentsDirectory() {
   const std::string home = Home().string();
-  std::ifstream stream(ConfigurationDirectory() / "user-dirs.dirs");
+  std::istringstream stream(ReadUserDirectories());
   std::string line;
   while (std::getline(stream, line)) {
     if (const std::string path = ReadDocumentsLine(line, home); !path.empty()) {

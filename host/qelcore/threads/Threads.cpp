@@ -24,16 +24,30 @@ bool OpenOnceGate::PassThroughUntil(std::chrono::steady_clock::time_point deadli
   return mOpened.wait_until(lock, deadline, [this] { return mIsOpen; });
 }
 
-TimedLock::TimedLock(RecursiveTimedMutex& mutex, std::chrono::milliseconds timeOut)
-    : mLock(mutex, std::try_to_lock) {
-  // The plain try comes first because the thread sanitizer does not know the call that waits on a steady
-  // clock and would report every later unlock.
-  if (!mLock.owns_lock()) {
-    static_cast<void>(mLock.try_lock_for(timeOut));
-  }
+RecursiveTimedMutex::RecursiveTimedMutex() = default;
+RecursiveTimedMutex::~RecursiveTimedMutex() = default;
+
+bool RecursiveTimedMutex::TryLockFor(std::chrono::milliseconds timeOut) {
+  const std::thread::id self = std::this_thread::get_id();
+  std::unique_lock lock(mMutex);
+  if (!mFreed.wait_for(lock, timeOut, [&] { return mLockCount == 0 || mOwner == self; })) return false;
+  mOwner = self;
+  ++mLockCount;
+  return true;
 }
 
-TimedLock::~TimedLock() = default;
+void RecursiveTimedMutex::Unlock() {
+  const std::lock_guard lock(mMutex);
+  // Under the lock, because whoever gets the mutex next may destroy it.
+  if (--mLockCount == 0) mFreed.notify_one();
+}
+
+TimedLock::TimedLock(RecursiveTimedMutex& mutex, std::chrono::milliseconds timeOut)
+    : mMutex(mutex), mOwnsLock(mutex.TryLockFor(timeOut)) {}
+
+TimedLock::~TimedLock() {
+  if (mOwnsLock) mMutex.Unlock();
+}
 
 namespace {
 

@@ -42,9 +42,37 @@ std::string InSeconds(std::uint32_t delayMs) {
   return stream.Text();
 }
 
-DownloadResult Tell(const DownloadCallback& callback, DownloadResult result) {
-  if (callback) callback(result);
-  return result;
+/// What the host's callback throws is the host's own affair: it is logged.
+void Tell(std::string_view context, const DownloadCallback& callback, DownloadResult result) {
+  AtBoundary(context, [&] {
+    if (callback) callback(result);
+  });
+}
+
+/// Issues the request, unless there is a reason not to.
+DownloadResult Request(const std::string& url, const DownloadCallback& callback) {
+  if (!ReportsEnabled()) {
+    static TraceSite site(TraceSite::kDetail);
+    site.Write([] { return "Download disabled because reports are disabled"; });
+    return DownloadResult::DownloadReportsDisabled;
+  }
+  if (url.empty()) {
+    static TraceSite site(TraceSite::kDetail);
+    site.Write([] { return "No Download Blocklist URL"; });
+    return DownloadResult::DownloadNoURL;
+  }
+  static TraceSite site(TraceSite::kDetail);
+  site.Write([&] { return "Download Blocklist URL: \"" + url + "\""; });
+  const bool isStarted = qelnet::GET(
+      qelcore::Guid::CreateUnique(),
+      [callback](const qelnet::Response& response) { OnBlocklistDownloaded(response, callback); },
+      qelcore::ImmutableString(url), qelnet::Headers(), qelnet::Configuration());
+  if (!isStarted) {
+    static TraceSite failedSite(TraceSite::kDetail);
+    failedSite.Write([] { return "Download failed HTTP GET"; });
+    return DownloadResult::DownloadRequestFailed;
+  }
+  return DownloadResult::DownloadRequested;
 }
 
 DownloadResult Store(const std::string& body) {
@@ -100,31 +128,11 @@ void DownloadBlocklistInTheBackground(const std::string& url, std::uint32_t dela
 }
 
 DownloadResult DownloadBlocklistNow(const std::string& url, const DownloadCallback& callback) {
-  return AtBoundary(
-      "qelsystemcompatibilityreport::DownloadBlocklistNow", DownloadResult::DownloadRequestFailed, [&] {
-        if (!ReportsEnabled()) {
-          static TraceSite site(TraceSite::kDetail);
-          site.Write([] { return "Download disabled because reports are disabled"; });
-          return Tell(callback, DownloadResult::DownloadReportsDisabled);
-        }
-        if (url.empty()) {
-          static TraceSite site(TraceSite::kDetail);
-          site.Write([] { return "No Download Blocklist URL"; });
-          return Tell(callback, DownloadResult::DownloadNoURL);
-        }
-        static TraceSite site(TraceSite::kDetail);
-        site.Write([&] { return "Download Blocklist URL: \"" + url + "\""; });
-        const bool isStarted = qelnet::GET(
-            qelcore::Guid::CreateUnique(),
-            [callback](const qelnet::Response& response) { OnBlocklistDownloaded(response, callback); },
-            qelcore::ImmutableString(url), qelnet::Headers(), qelnet::Configuration());
-        if (!isStarted) {
-          static TraceSite failedSite(TraceSite::kDetail);
-          failedSite.Write([] { return "Download failed HTTP GET"; });
-          return Tell(callback, DownloadResult::DownloadRequestFailed);
-        }
-        return DownloadResult::DownloadRequested;
-      });
+  constexpr std::string_view kContext = "qelsystemcompatibilityreport::DownloadBlocklistNow";
+  const DownloadResult result =
+      AtBoundary(kContext, DownloadResult::DownloadRequestFailed, [&] { return Request(url, callback); });
+  if (result != DownloadResult::DownloadRequested) Tell(kContext, callback, result);
+  return result;
 }
 
 void OnBlocklistDownloaded(const qelnet::Response& response, const DownloadCallback& callback) {
@@ -132,7 +140,7 @@ void OnBlocklistDownloaded(const qelnet::Response& response, const DownloadCallb
   // What cannot be stored has no place.
   const DownloadResult result =
       AtBoundary(kContext, DownloadResult::DownloadNoLocation, [&] { return VerifyAndStore(response); });
-  AtBoundary(kContext, [&] { Tell(callback, result); });
+  Tell(kContext, callback, result);
 }
 
 }  // namespace qelsystemcompatibilityreport

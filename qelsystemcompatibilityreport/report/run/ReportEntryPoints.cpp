@@ -64,14 +64,19 @@ void RunAtLaunch(const std::u16string& applicationName, qelui::OS_Window* parent
 }
 
 /// A run that somebody asked for.
-void RunReport(RunRequest request) {
+void RunReport(const std::u16string& applicationName, qelui::OS_Window* parentWindow,
+               const std::u16string& outputPath, RunMode mode) {
   if (!ReportsEnabled()) return;
   // The quoted words are part of the name under which failures are known.
   AtBoundary("qelsystemcompatibilityreport::`anonymous-namespace'::RunReport", [&] {
     SetUpFeatures();
     SCRPriorState priorState;
     LoadPriorStateFromPrefsDir(priorState);
-    request.mRegistry = OSComponentRegistry::Get(true);
+    const RunRequest request{.mParentWindow = parentWindow,
+                             .mApplicationName = applicationName,
+                             .mOutputPath = outputPath,
+                             .mMode = mode,
+                             .mRegistry = OSComponentRegistry::Get(true)};
     std::string secondWarning;
     SaveOrTrace(RunReportOnBlocklistFile(request, SelectBlocklistFile(), priorState, secondWarning),
                 priorState);
@@ -92,11 +97,11 @@ void RunReportForStartup(const std::u16string& applicationName, qelui::OS_Window
 }
 
 void RunReportForHelp(const std::u16string& applicationName, qelui::OS_Window* parentWindow) {
-  RunReport({.mParentWindow = parentWindow, .mApplicationName = applicationName, .mMode = RunMode::kHelp});
+  RunReport(applicationName, parentWindow, {}, RunMode::kHelp);
 }
 
 void RunReportToFile(const std::u16string& applicationName, const std::u16string& outputPath) {
-  RunReport({.mApplicationName = applicationName, .mOutputPath = outputPath, .mMode = RunMode::kFile});
+  RunReport(applicationName, nullptr, outputPath, RunMode::kFile);
 }
 
 bool GetAllowDisplayReportAtStartup() {

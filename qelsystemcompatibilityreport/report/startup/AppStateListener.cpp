@@ -47,11 +47,15 @@ void OnAppState(AppState state) {
 
 }  // namespace
 
+void ReplaceAppStateListener() {
+  const auto listener = std::make_shared<SafeMessageListener>(OnAppState);
+  Release(listener);
+  qelcore::messaging::AddListener(listener);
+}
+
 void ListenToAppStates() {
   static const bool isListening = [] {
-    const auto listener = std::make_shared<SafeMessageListener>(OnAppState);
-    Release(listener);
-    qelcore::messaging::AddListener(listener);
+    ReplaceAppStateListener();
     qelcore::config::AddTerminationForSingleton([] { Release(); },
                                                 "qelsystemcompatibilityreport::AppStateListener");
     return true;

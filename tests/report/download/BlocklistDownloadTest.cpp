@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <set>
+#include <stdexcept>
+#include <string>
 
 #include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
@@ -150,6 +153,22 @@ TEST_F(BlocklistDownloadTest, ATestFileIsWhereAForcedDownloadGoes) {
   EXPECT_EQ(Downloaded(), "-");
 }
 
+TEST_F(BlocklistDownloadTest, EveryRequestHasAnIdentifierOfItsOwn) {
+  const LoopbackServer server(Always(HttpAnswer("200 OK", GoodBlocklist())));
+  for (std::size_t request = 1; request <= 2; ++request) {
+    static_cast<void>(DownloadBlocklistNow(server.Url("/x"), Callback()));
+    static_cast<void>(mResults.WaitFor(request));
+  }
+  std::set<std::string> identifiers;
+  for (const auto& message : mHost.mTrace) {
+    // "GET ", the identifier's 36 characters and ": " come first.
+    if (message.mChannel == "qelnet" && message.mText.starts_with("GET "))
+      identifiers.insert(message.mText.substr(4, 36));
+  }
+  EXPECT_EQ(identifiers.size(), 2U);
+  EXPECT_FALSE(identifiers.contains("00000000-0000-0000-0000-000000000000"));
+}
+
 // ---- The wait
 
 TEST_F(BlocklistDownloadTest, TheDelay) {
@@ -212,6 +231,18 @@ TEST_F(BlocklistDownloadTest, AnEmptyUrlNowIsTold) {
   EXPECT_EQ(DownloadBlocklistNow("", {}), DownloadResult::DownloadNoURL);
   EXPECT_THAT(mResults.Now(), ElementsAre(DownloadResult::DownloadNoURL));
   EXPECT_THAT(mHost.Traced(6), ElementsAre("No Download Blocklist URL", "No Download Blocklist URL"));
+}
+
+TEST_F(BlocklistDownloadTest, ACallbackThatThrowsIsLoggedAndTheResultStays) {
+  const auto throwing = [](DownloadResult) { throw std::runtime_error("host"); };
+  EXPECT_EQ(DownloadBlocklistNow("", throwing), DownloadResult::DownloadNoURL);
+  EnableReports(false);
+  EXPECT_EQ(DownloadBlocklistNow("x", throwing), DownloadResult::DownloadReportsDisabled);
+  EnableReports(true);
+  EXPECT_EQ(DownloadBlocklistNow("ftp://x", throwing), DownloadResult::DownloadRequestFailed);
+  EXPECT_THAT(mHost.mExceptionContexts,
+              testing::Each(std::string("qelsystemcompatibilityreport::DownloadBlocklistNow")));
+  EXPECT_EQ(mHost.mExceptionContexts.size(), 3U);
 }
 
 TEST_F(BlocklistDownloadTest, NothingIsFetchedWhileTheServiceIsOff) {

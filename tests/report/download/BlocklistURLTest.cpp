@@ -1,6 +1,7 @@
 // The URL of the blocklist on a server, which mirrors the place of the downloaded file.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -79,6 +80,11 @@ TEST_F(BlocklistURLTest, TheComponentsAreLoggedFirstAtEveryRequest) {
   static_cast<void>(Url());
   static_cast<void>(GetDownloadBlocklistURL(""));
   EXPECT_THAT(mHost.mRegistryRequests, ElementsAre(false, false));
+  ASSERT_FALSE(mHost.mTrace.empty());
+  EXPECT_EQ(mHost.mTrace.front().mChannel, "OSComponentRegistry");
+  EXPECT_EQ(std::count_if(mHost.mTrace.begin(), mHost.mTrace.end(),
+                          [](const auto& message) { return message.mChannel == "OSComponentRegistry"; }),
+            2);
   mHost.TakeRegistryAway();
   EXPECT_THAT(Url(), HasSubstr("/win/"));
 }
@@ -123,10 +129,9 @@ TEST_F(BlocklistURLTest, DirectoriesThatCannotBeMadeGiveNoURL) {
 }
 
 TEST_F(BlocklistURLTest, AMachineThatCannotBeReadKeepsNobodyFromAsking) {
-  qelcore::host::SetComponentSource(
-      [](bool) -> std::shared_ptr<const qelcore::utility::OSComponentRegistry> {
-        throw std::runtime_error("no machine");
-      });
+  qelcore::host::SetComponentSource([](bool) -> std::shared_ptr<const qelcore::utility::OSComponentRegistry> {
+    throw std::runtime_error("no machine");
+  });
   EXPECT_THAT(Url(), HasSubstr("/win/"));
   EXPECT_THAT(mHost.mExceptionTexts, ElementsAre("no machine"));
 }

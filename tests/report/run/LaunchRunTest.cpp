@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "host/qelcore/CrashTrail.h"
 #include "host/qelcore/HostSetup.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "qelsystemcompatibilityreport/report/state/ReportStatistics.h"
@@ -70,6 +71,25 @@ TEST_F(LaunchRunTest, WithoutBlocklistOnlyTheStatisticsAreLogged) {
   EXPECT_THAT(mHost.mRegistryRequests, IsEmpty());
   EXPECT_EQ(CountWarnIncompatibilities(), 0U);
   EXPECT_THAT(mUserInterface.mErrorMessages, IsEmpty());
+}
+
+TEST_F(LaunchRunTest, WithoutBlocklistTheStateIsNotEvenRead) {
+  mHost.Files().Write(kState, "damaged");
+  Launch();
+  EXPECT_THAT(mHost.mExceptionContexts, IsEmpty());
+  EXPECT_THAT(mHost.Traced(5), ElementsAre(kSkippedTrace));
+}
+
+TEST_F(LaunchRunTest, TheTrailIsLeftBeforeTheReportIsShown) {
+  Install(CardRules("WARN", 1));
+  mUserInterface.mWhileDialogIsUp = [](testsupport::RecordedDialog& dialog) {
+    EXPECT_EQ(qelcore::host::GetTrailMarkers().at("scr_issue_count"),
+              qelcore::debug::brindle::TrailValue(std::string("1")));
+    EXPECT_EQ(dialog.mTitle, u"Example");
+    EXPECT_EQ(dialog.mParent, testsupport::SomeWindow());
+  };
+  Launch();
+  EXPECT_EQ(mUserInterface.mDialogsShown, 1);
 }
 
 TEST_F(LaunchRunTest, IssuesAreFoundShownRememberedAndLoggedInThisOrder) {

@@ -215,6 +215,45 @@ TEST_F(ProcessLife, ALateInitializerRunsAsSoonAsItCan) {
   EXPECT_EQ(Ran(), (Texts{"a", "b"}));
 }
 
+TEST_F(ProcessLife, AnUnknownDependencyOfALateInitializerIsNamedOnce) {
+  EXPECT_TRUE(BeginProcess());
+  const InitializerRegistrar a("a", Note("a"), {"nobody"});
+  const Texts expected = {
+      "Config 1 The initializer \"a\" did not run, because \"nobody\", which it depends on, is not known."};
+  EXPECT_EQ(mTraced, expected);
+  const InitializerRegistrar b("b", Note("b"), {});
+  EXPECT_EQ(Ran().back(), "b");
+  EXPECT_EQ(mTraced, expected);
+  EXPECT_FALSE(BeginProcess());
+  EXPECT_EQ(mTraced, expected);
+}
+
+TEST_F(ProcessLife, ACircleOfLateInitializersIsNamed) {
+  EXPECT_TRUE(BeginProcess());
+  const InitializerRegistrar self("self", Note("self"), {"self"});
+  const InitializerRegistrar a("a", Note("a"), {"b"});
+  const InitializerRegistrar b("b", Note("b"), {"a"});
+  EXPECT_EQ(
+      mTraced,
+      (Texts{"Config 1 The initializer \"self\" did not run, because it waits for itself: self -> self.",
+             "Config 1 The initializer \"a\" did not run, because \"b\", which it depends on, is not known.",
+             "Config 1 The initializer \"b\" did not run, because it waits for itself: b -> a -> b."}));
+}
+
+TEST_F(ProcessLife, WhatAnInitializerRegistersMayWaitForItsEnd) {
+  const auto registersAnother = [](const std::string& name) {
+    return [name] {
+      const InitializerRegistrar inner("inner " + name, Note("inner " + name), {name});
+      return true;
+    };
+  };
+  const InitializerRegistrar a("a", registersAnother("a"), {});
+  EXPECT_TRUE(BeginProcess());
+  const InitializerRegistrar late("late", registersAnother("late"), {});
+  EXPECT_EQ(Ran(), (Texts{"first none.none", "second", "inner a", "inner late"}));
+  EXPECT_EQ(mTraced, Texts());
+}
+
 TEST_F(ProcessLife, TerminationRunsBackwards) {
   AddTerminationForSingleton([] { Ran().push_back("first"); }, "first");
   AddTerminationForSingleton([] { throw std::runtime_error("from an action"); }, "the faulty one");

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -84,6 +85,16 @@ TEST_F(UsualPlaces, DocumentsComeFromTheUserDirectories) {
   std::filesystem::remove(mDirectory.Path() / ".config/user-dirs.dirs");
   std::filesystem::create_directory(mDirectory.Path() / "Documents");
   EXPECT_EQ(GetDirectories().mDocuments, home + "/Documents");
+}
+
+TEST_F(UsualPlaces, UserDirectoriesThatAreNoFileAreNotWaitedFor) {
+  const std::filesystem::path list = mDirectory.Write(".config/user-dirs.dirs", "");
+  std::filesystem::remove(list);
+  ASSERT_EQ(::mkfifo(list.c_str(), 0600), 0);
+  EXPECT_EQ(GetDirectories().mDocuments, Home());
+  std::filesystem::remove(list);
+  std::filesystem::create_symlink("/dev/zero", list);
+  EXPECT_EQ(GetDirectories().mDocuments, Home());
 }
 
 TEST_F(UsualPlaces, ApplicationDataComesFromTheSourceTree) {

@@ -79,6 +79,38 @@ TEST(TimedLock, FreesTheMutex) {
   EXPECT_TRUE(ownsLock);
 }
 
+TEST(TimedLock, IsHeldUntilTheLastOfSeveralIsGone) {
+  RecursiveTimedMutex mutex;
+  const auto canOthersLock = [&] {
+    bool ownsLock = false;
+    std::jthread([&] { ownsLock = TimedLock(mutex, std::chrono::milliseconds(0)).OwnsLock(); }).join();
+    return ownsLock;
+  };
+  {
+    const TimedLock outer(mutex, std::chrono::milliseconds(0));
+    { const TimedLock inner(mutex, std::chrono::milliseconds(0)); }
+    EXPECT_FALSE(canOthersLock());
+  }
+  EXPECT_TRUE(canOthersLock());
+}
+
+TEST(TimedLock, OneThreadAtATime) {
+  RecursiveTimedMutex mutex;
+  int count = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+      threads.emplace_back([&] {
+        for (int turn = 0; turn < 1000; ++turn) {
+          const TimedLock lock(mutex, std::chrono::milliseconds(60000));
+          ++count;
+        }
+      });
+    }
+  }
+  EXPECT_EQ(count, 4000);
+}
+
 TEST(CPUBoundExecutor, CallsEveryIndexOnce) {
   for (const std::size_t count : {0U, 1U, 2U, 3U, 1000U}) {
     std::vector<std::atomic<int>> calls(count);

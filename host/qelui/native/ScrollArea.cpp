@@ -1,0 +1,113 @@
+#include "host/qelui/native/ScrollArea.h"
+
+#include <wx/scrolwin.h>
+#include <wx/settings.h>
+
+#include <algorithm>
+
+#include "host/qelui/native/Measures.h"
+
+namespace qelui::native {
+
+namespace {
+
+constexpr int kMuchTooLong = 2;
+
+/// Scrolls only when told to, so that one place decides.
+class Window final : public wxScrolledWindow {
+ public:
+  explicit Window(wxWindow& parent)
+      : wxScrolledWindow(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL) {}
+
+  bool ShouldScrollToChildOnFocus(wxWindow* /*child*/) override { return false; }
+};
+
+int TopWithin(const wxWindow& outer, const wxWindow& inner) {
+  return outer.ScreenToClient(inner.GetScreenPosition()).y;
+}
+
+}  // namespace
+
+ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders)
+    : mWindow(new Window(parent)),
+      mView(std::make_unique<ViewControl>(host, *mWindow, Direction::kDown, gapInBorders)) {
+  ShowScrollBarsAlways(*mWindow);
+  mWindow->SetScrollRate(0, mWindow->GetCharHeight());
+  mWindow->Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent& event) {
+    event.Skip();
+    const wxWindow* const focused = wxWindow::FindFocus();
+    if (focused != nullptr && mWindow->IsDescendant(const_cast<wxWindow*>(focused))) ScrollToShow(*focused);
+  });
+}
+
+ScrollArea::~ScrollArea() = default;
+
+int ScrollArea::GetBarWidth() const {
+  return std::max(0, wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, mWindow)) + UsualBorder(*mWindow);
+}
+
+void ScrollArea::LayOut(const std::function<int(int width)>& needed) {
+  const wxSize size = mWindow->GetSize();
+  int width = std::max(0, size.GetWidth() - GetBarWidth());
+  int height = needed(width);
+  // A content that is much too long beside the bar is too long without the bar as well, which would take time
+  // to find out.
+  if (height <= kMuchTooLong * size.GetHeight()) {
+    const int heightWithoutBar = needed(size.GetWidth());
+    if (heightWithoutBar <= size.GetHeight()) {
+      width = size.GetWidth();
+      height = heightWithoutBar;
+    }
+  }
+  SetLength(height);
+  const wxPoint origin = mWindow->CalcScrolledPosition(wxPoint(0, 0));
+  mView->Place({origin.x, origin.y, width, std::max(height, size.GetHeight())});
+}
+
+void ScrollArea::SetLength(int height) {
+  mWindow->SetVirtualSize(0, height);
+}
+
+int ScrollArea::GetPosition() const {
+  return mWindow->CalcUnscrolledPosition(wxPoint(0, 0)).y;
+}
+
+void ScrollArea::SetPosition(int position) {
+  int unit = 0;
+  mWindow->GetScrollPixelsPerUnit(nullptr, &unit);
+  if (unit > 0) mWindow->Scroll(-1, std::max(0, position) / unit);
+}
+
+void ScrollArea::ScrollToShow(const wxWindow& inside) {
+  int unit = 0;
+  mWindow->GetScrollPixelsPerUnit(nullptr, &unit);
+  const int top = TopWithin(*mWindow, inside);
+  const int bottom = top + inside.GetSize().GetHeight();
+  const int height = mWindow->GetClientSize().GetHeight();
+  if (top >= 0 && bottom <= height) return;
+  if (top < 0 || bottom - top > height) {
+    SetPosition(GetPosition() + top);
+  } else {
+    // Rounded up to whole steps, so that the end is seen.
+    SetPosition(GetPosition() + bottom - height + unit - 1);
+  }
+}
+
+bool ScrollArea::ScrollBy(int lines, int pages) {
+  const int before = GetPosition();
+  const int line = mWindow->GetCharHeight();
+  // A page keeps a line in common with the one before.
+  const int page = std::max(line, mWindow->GetClientSize().GetHeight() - line);
+  SetPosition(before + lines * line + pages * page);
+  return GetPosition() != before;
+}
+
+void ScrollArea::ScrollToTop() {
+  SetPosition(0);
+}
+
+void ScrollArea::ScrollToEnd() {
+  SetPosition(mWindow->GetVirtualSize().GetHeight());
+}
+
+}  // namespace qelui::native

@@ -1,0 +1,45 @@
+// A window that scrolls a view vertically when the view is higher than the window.
+#pragma once
+
+#include <memory>
+
+#include "host/qelui/native/ViewControl.h"
+
+class wxScrolledWindow;
+
+namespace qelui::native {
+
+class ScrollArea {
+ public:
+  ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders);
+  ~ScrollArea();
+  ScrollArea(const ScrollArea&) = delete;
+  ScrollArea& operator=(const ScrollArea&) = delete;
+
+  [[nodiscard]] wxScrolledWindow& GetWindow() const { return *mWindow; }
+  [[nodiscard]] ViewControl& GetView() const { return *mView; }
+
+  /// Gives the view the width that there is, and at least the height that `needed` says for a width.
+  void LayOut(const std::function<int(int width)>& needed);
+
+  /// Scrolls so far that the window inside is seen, its beginning if it is larger.
+  void ScrollToShow(const wxWindow& inside);
+  /// Scrolls by lines of text and by pages, downwards when positive. Returns whether it moved.
+  bool ScrollBy(int lines, int pages);
+  void ScrollToTop();
+  void ScrollToEnd();
+
+  void SetLength(int height);
+
+  /// The width that a vertical scroll bar takes, with the gap before it.
+  [[nodiscard]] int GetBarWidth() const;
+
+ private:
+  [[nodiscard]] int GetPosition() const;
+  void SetPosition(int position);
+
+  wxScrolledWindow* mWindow;  ///< belongs to its parent window
+  std::unique_ptr<ViewControl> mView;
+};
+
+}  // namespace qelui::native

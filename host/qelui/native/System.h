@@ -1,0 +1,66 @@
+// What wxWidgets does not offer in the same way on every system. `gtk/` implements it for GTK, `plain/` for
+// every other system.
+#pragma once
+
+#include <wx/string.h>
+
+#include <memory>
+
+#include "platform/qelui/Controls.h"
+
+class wxButton;
+class wxWindow;
+
+namespace qelui::native {
+
+/// As long as it lives, what the system's toolkit has to say about itself goes to the trace instead of to
+/// standard error.
+class SystemMessages {
+ public:
+  SystemMessages();
+  ~SystemMessages();
+  SystemMessages(const SystemMessages&) = delete;
+  SystemMessages& operator=(const SystemMessages&) = delete;
+};
+
+/// What must happen before the first window: the language of the system's own texts. Numbers keep the format
+/// that they have.
+void PrepareSystem();
+
+/// What a screen reader calls the window.
+void SetAccessibleName(wxWindow& window, const wxString& name);
+
+/// Makes a flat button look like a link.
+void MakeLookLikeLink(wxButton& button);
+
+/// Makes the window's scroll bars stand beside its content and be seen as long as there is something to
+/// scroll, instead of only while the pointer moves.
+void ShowScrollBarsAlways(wxWindow& window);
+
+/// The handle that dialogs tell the library; null on systems that have none.
+[[nodiscard]] void* GetSystemHandle(wxWindow& window);
+
+/// A text that wraps, and that users can select and copy. Nothing in it is interpreted.
+class SelectableText {
+ public:
+  SelectableText() = default;
+  virtual ~SelectableText() = default;
+  SelectableText(const SelectableText&) = delete;
+  SelectableText& operator=(const SelectableText&) = delete;
+
+  [[nodiscard]] virtual wxWindow& GetWindow() = 0;
+  virtual void SetText(const wxString& text) = 0;
+  virtual void SetColor(const Color& color) = 0;
+  virtual void SetFontStyle(FontStyle style) = 0;
+
+  /// The width of the text on one line for each of its paragraphs.
+  [[nodiscard]] virtual int MeasureWidth() = 0;
+  [[nodiscard]] virtual int MeasureHeight(int width) = 0;
+
+  [[nodiscard]] virtual bool HasSelection() = 0;
+};
+
+/// The window belongs to `parent`; the text must not be used after the window is gone.
+[[nodiscard]] std::unique_ptr<SelectableText> MakeSelectableText(wxWindow& parent);
+
+}  // namespace qelui::native

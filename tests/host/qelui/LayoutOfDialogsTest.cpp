@@ -1,0 +1,240 @@
+// Where the controls of open dialogs stand.
+#include <wx/display.h>
+#include <wx/evtloop.h>
+#include <wx/scrolwin.h>
+#include <wx/toplevel.h>
+
+#include <algorithm>
+
+#include "tests/host/qelui/ToolkitTest.h"
+
+namespace qelui::test {
+
+namespace {
+
+/// No control reaches out of what it is in, except in the direction in which it scrolls, and no two overlap.
+void ExpectTidy(const wxWindow& window) {
+  for (const wxWindow* const inner : ShownDescendants(window)) {
+    const wxWindow* const outer = inner->GetParent();
+    const wxRect place = inner->GetRect();
+    const wxSize room = outer->GetClientSize();
+    EXPECT_GE(place.GetLeft(), 0);
+    EXPECT_LE(place.GetRight(), room.GetWidth()) << inner->GetLabel();
+    if (dynamic_cast<const wxScrolledWindow*>(outer) == nullptr) {
+      EXPECT_GE(place.GetTop(), 0);
+      EXPECT_LE(place.GetBottom(), room.GetHeight()) << inner->GetLabel();
+    }
+    for (const wxWindow* const brother : outer->GetChildren()) {
+      if (brother == inner || !brother->IsShown() || place.IsEmpty()) continue;
+      EXPECT_FALSE(place.Intersects(brother->GetRect())) << inner->GetLabel() << " " << brother->GetLabel();
+    }
+  }
+}
+
+wxScrolledWindow* FindList() {
+  for (wxWindow* const window : ShownDescendants(*TopWindow())) {
+    auto* const list = dynamic_cast<wxScrolledWindow*>(window);
+    // The outermost one holds everything.
+    if (list != nullptr && list->GetParent() != TopWindow()) return list;
+  }
+  return nullptr;
+}
+
+bool IsSeen(const wxWindow& window, const wxWindow& within) {
+  return wxRect(within.GetScreenPosition(), within.GetClientSize()).Contains(window.GetScreenRect());
+}
+
+void Resize(const wxSize& clientSize) {
+  wxTopLevelWindow* const window = TopWindow();
+  window->SetClientSize(clientSize);
+  wxSize before;
+  // The window manager answers in its own time, and may ask for another size.
+  EXPECT_TRUE(WaitUntil([&] {
+    const bool isQuiet = window->GetClientSize() == before && !wxEventLoopBase::GetActive()->Pending();
+    before = window->GetClientSize();
+    return isQuiet;
+  }));
+}
+
+class LayoutOfDialogsTest : public ToolkitTest, public testing::WithParamInterface<std::size_t> {};
+
+INSTANTIATE_TEST_SUITE_P(Rows, LayoutOfDialogsTest, testing::Values(0, 1, 2, 7, 40, 300));
+
+TEST_P(LayoutOfDialogsTest, IsTidyAtEverySize) {
+  ListDialog dialog(SampleRows(GetParam()));
+  RunWith(dialog, [&] {
+    ExpectTidy(*TopWindow());
+    for (const wxSize size : {wxSize(1000, 800), wxSize(10, 10), wxSize(500, 300), wxSize(700, 600)}) {
+      Resize(size);
+      ExpectTidy(*TopWindow());
+      EXPECT_TRUE(IsSeen(*FindButton("Export Report..."), *TopWindow()));
+    }
+    dialog.Close();
+  });
+}
+
+TEST_P(LayoutOfDialogsTest, FitsOnTheScreen) {
+  ListDialog dialog(SampleRows(GetParam()));
+  RunWith(dialog, [&] {
+    const wxSize screen = wxDisplay().GetClientArea().GetSize();
+    EXPECT_LE(TopWindow()->GetClientSize().GetWidth(), screen.GetWidth() * 8 / 10);
+    EXPECT_LE(TopWindow()->GetClientSize().GetHeight(), screen.GetHeight() * 8 / 10);
+    dialog.Close();
+  });
+}
+
+class ListLayoutTest : public ToolkitTest {};
+
+TEST_F(ListLayoutTest, FewRowsAreSeenWithoutScrolling) {
+  ListDialog dialog(SampleRows(2));
+  RunWith(dialog, [&] {
+    EXPECT_TRUE(IsSeen(*FindTexts()[1], *FindList()));
+    EXPECT_TRUE(IsSeen(*FindButton("Info..."), *FindList()));
+    EXPECT_EQ(FindList()->GetVirtualSize().GetHeight(), FindList()->GetClientSize().GetHeight());
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, TextsWrapAnewWhenTheWindowGetsNarrower) {
+  TimedDialog dialog;
+  std::u16string text;
+  for (int word = 0; word < 40; ++word) text += u"compatibility ";
+  dialog.GetContentView().AddText(text);
+  RunWith(dialog, [&] {
+    Resize({900, 400});
+    const int few = FindTexts().front()->GetSize().GetHeight();
+    Resize({450, 400});
+    const int many = FindTexts().front()->GetSize().GetHeight();
+    EXPECT_GT(many, few * 3 / 2);
+    EXPECT_GT(few, 2 * TopWindow()->GetCharHeight());
+    Resize({900, 400});
+    EXPECT_EQ(FindTexts().front()->GetSize().GetHeight(), few);
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, AWordThatIsTooLongIsBroken) {
+  TimedDialog dialog;
+  dialog.GetContentView().AddText(std::u16string(3000, u'x'));
+  RunWith(dialog, [&] {
+    EXPECT_LT(TopWindow()->GetSize().GetWidth(), 900);
+    EXPECT_GT(FindTexts().front()->GetSize().GetHeight(), 10 * TopWindow()->GetCharHeight());
+    ExpectTidy(*TopWindow());
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, ATextThatIsLongerThanTheScreenCanBeReached) {
+  TimedDialog dialog;
+  std::u16string text;
+  for (int line = 0; line < 400; ++line) text += u"One more line\n";
+  dialog.GetContentView().AddText(text);
+  dialog.SetOkButton(dialog.GetContentView().AddButton(u"OK"));
+  RunWith(dialog, [&] {
+    EXPECT_TRUE(IsSeen(*FindButton("OK"), *TopWindow())) << "the focused button";
+    PressKey(WXK_HOME);
+    EXPECT_FALSE(IsSeen(*FindButton("OK"), *TopWindow()));
+    PressKey(WXK_END);
+    EXPECT_TRUE(IsSeen(*FindButton("OK"), *TopWindow()));
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, HiddenControlsTakeNoPlace) {
+  TimedDialog dialog;
+  View& content = dialog.GetContentView();
+  content.AddText(u"First");
+  StaticText& middle = content.AddText(u"Middle");
+  content.AddText(u"Last");
+  RunWith(dialog, [&] {
+    const auto distance = [] {
+      return FindTexts().back()->GetScreenPosition().y - FindTexts().front()->GetScreenPosition().y;
+    };
+    const int with = distance();
+    middle.SetVisible(false);
+    // What stands last keeps at the lower edge, so the window is made as low as it can be.
+    Resize({10, 10});
+    const int without = distance();
+    EXPECT_LT(without, with);
+    middle.SetVisible(true);
+    EXPECT_TRUE(WaitUntil([&] { return distance() >= with; }));
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, ScrollingIntoViewShowsTheRow) {
+  ListDialog dialog(SampleRows(100));
+  RunWith(dialog, [&] {
+    for (const std::size_t row : {99U, 0U, 50U, 51U, 49U}) {
+      dialog.mScroll->ScrollIntoView(*dialog.mRows[row]);
+      dialog.mScroll->ScrollIntoView(*dialog.mRowButtons[row]);
+      const std::vector<wxWindow*> buttons = ShownDescendants(*FindList());
+      std::vector<wxWindow*> rowButtons;
+      std::copy_if(buttons.begin(), buttons.end(), std::back_inserter(rowButtons), [](wxWindow* window) {
+        return window->GetLabel() == "Fix..." || window->GetLabel() == "Info...";
+      });
+      ASSERT_EQ(rowButtons.size(), 100U);
+      EXPECT_TRUE(IsSeen(*rowButtons[row], *FindList())) << row;
+    }
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, ArrowAndPageKeysScrollTheListEvenFromOutside) {
+  ListDialog dialog(SampleRows(100));
+  RunWith(dialog, [&] {
+    const auto position = [] { return FindList()->GetViewStart().y; };
+    ASSERT_EQ(position(), 0);
+    PressKey(WXK_DOWN);
+    const int afterLine = position();
+    EXPECT_GT(afterLine, 0);
+    PressKey(WXK_PAGEDOWN);
+    EXPECT_GT(position(), afterLine + 5);
+    PressKey(WXK_PAGEUP);
+    EXPECT_EQ(position(), afterLine);
+    PressKey(WXK_UP);
+    EXPECT_EQ(position(), 0);
+    PressKey(WXK_END);
+    EXPECT_GT(position(), 100);
+    PressKey(WXK_HOME);
+    EXPECT_EQ(position(), 0);
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, ButtonsAreAtLeastAsWideAsAsked) {
+  const int wide = NodeManager::Get()->GetDefaultDrawSupplier()->MeasureButton(u"A much longer caption");
+  TimedDialog dialog;
+  dialog.GetContentView().AddButton(u"Short").SetWidth(wide);
+  dialog.GetContentView().AddButton(u"A much longer caption");
+  RunWith(dialog, [&] {
+    EXPECT_EQ(FindButton("Short")->GetSize().GetWidth(), wide);
+    EXPECT_EQ(FindButton("A much longer caption")->GetSize().GetWidth(), wide);
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, SpacePushesWhatFollowsToTheEnd) {
+  ListDialog dialog(SampleRows(1));
+  RunWith(dialog, [&] {
+    Resize({900, 500});
+    const int left = FindButton("Export Report...")->GetRect().GetLeft();
+    const wxWindow& last = *FindButton("Continue with known issues...");
+    EXPECT_EQ(left, 0);
+    EXPECT_EQ(last.GetRect().GetRight() + 1, last.GetParent()->GetClientSize().GetWidth());
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, CaptionsAndTextsAreShownAsTheyAre) {
+  TimedDialog dialog;
+  dialog.GetContentView().AddButton(u"Save & <b>close</b> _now");
+  RunWith(dialog, [&] {
+    EXPECT_NE(FindButton("Save & <b>close</b> _now"), nullptr);
+    dialog.Close();
+  });
+}
+
+}  // namespace
+
+}  // namespace qelui::test

@@ -1,0 +1,57 @@
+// A running toolkit and a hand on what is on its screen.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <wx/window.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/host/qelui/SampleDialogs.h"
+
+class wxTopLevelWindow;
+
+namespace qelui::test {
+
+class ToolkitTest : public testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+};
+
+/// Runs `dialog`, and `script` from inside its event loop as soon as its window has the focus. Closes the
+/// dialog and fails when the script throws or the dialog is still open a long time later.
+void RunWith(UI_Dialog& dialog, const std::function<void()>& script);
+
+/// Handles events until `condition` is true. Fails after a long time.
+[[nodiscard]] bool WaitUntil(const std::function<bool()>& condition);
+
+/// The uppermost open window.
+[[nodiscard]] wxTopLevelWindow* TopWindow();
+
+/// The button whose caption is that; null when there is none.
+[[nodiscard]] wxWindow* FindButton(const std::string& caption, wxWindow* within = nullptr);
+
+/// The windows of all texts that are shown, in the order of adding.
+[[nodiscard]] std::vector<wxWindow*> FindTexts();
+
+/// All windows below that one that are shown, with their own children.
+[[nodiscard]] std::vector<wxWindow*> ShownDescendants(const wxWindow& window);
+
+/// Presses a key as a user does, and handles what follows.
+void PressKey(int key, int modifiers = 0);
+
+/// Clicks into the middle of the window as a user does, and handles what follows.
+void Click(const wxWindow& window);
+
+/// Selects the first word of the text in that window as a user does with the mouse.
+void DoubleClickAtStart(const wxWindow& window);
+
+/// Types letters, digits and the characters of file names where the focus is.
+void TypeText(const std::string& text);
+
+/// Writes a picture of the screen into the directory that `QELSCR_SCREENSHOTS` names, if it is set.
+void TakePicture(const std::string& name);
+
+}  // namespace qelui::test
