@@ -11,6 +11,7 @@
 #include "app/Verbs.h"
 #include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
+#include "host/qelnet/HostSetup.h"
 #include "platform/qelcore/DebugDatabase.h"
 #include "platform/qelcore/Localisation.h"
 #include "platform/qelcore/Text.h"
@@ -30,7 +31,8 @@ constexpr DebugSetting kHostSettings[] = {
     {qelappsupport::host::kRecordAnalyticsSetting, "true",
      "\"false\" keeps events from being recorded on this machine"},
     {qelcore::host::kRecordStatisticsSetting, "true",
-     "\"false\" keeps usage statistics from being recorded on this machine"}};
+     "\"false\" keeps usage statistics from being recorded on this machine"},
+    {qelnet::host::kLargestDownloadSetting, "67108864", "bytes that a download may have at most"}};
 
 std::vector<DebugSetting> KnownSettings() {
   std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kAllDebugSettings.begin(),

@@ -76,7 +76,7 @@ class ShapeError : public std::runtime_error {
 template <typename Value>
 Value Require(Value value, std::string_view key) {
   if (!value) {
-    throw ShapeError("\"" + std::string(key) + "\" is missing.");
+    throw ShapeError("\"" + std::string(key) + "\" is missing");
   }
   return value;
 }
@@ -89,7 +89,7 @@ template <typename Enumeration>
 Enumeration RequireNumber(const json::Dictionary& object, std::string_view key) {
   const std::uint64_t number = *Require(json::FindInteger(object, key), key);
   if (number > std::numeric_limits<std::uint32_t>::max()) {
-    throw ShapeError("\"" + std::string(key) + "\" is out of range.");
+    throw ShapeError("\"" + std::string(key) + "\" is out of range");
   }
   return static_cast<Enumeration>(static_cast<std::uint32_t>(number));
 }
@@ -103,7 +103,7 @@ void AddItem(SDMEvent& event, const std::any& value) {
   const bool isNone = json::FindBool(object, kNone).value_or(false);
   const bool isUnknown = json::FindBool(object, kUnknown).value_or(false);
   if ((text != nullptr ? 1 : 0) + (isNone ? 1 : 0) + (isUnknown ? 1 : 0) != 1) {
-    throw ShapeError("An item has one of a value, \"none\" and \"unknown\".");
+    throw ShapeError("An item has one of a value, \"none\" and \"unknown\"");
   }
   if (text != nullptr) {
     event.AddSDMData(std::move(group), std::move(key), *text, privacy);

@@ -5,10 +5,19 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "platform/qelnet.h"
 
 namespace qelnet::host {
+
+/// The debug setting for the largest body in bytes: decimal digits; any other text counts as the usual limit.
+/// A number below the lowest limit counts as that, and one above the highest as that. It is read with each
+/// `GET`.
+inline constexpr std::string_view kLargestDownloadSetting = "host.largest_download_bytes";
+inline constexpr std::size_t kUsualDownloadLimit = 67'108'864;       ///< 64 MiB
+inline constexpr std::size_t kLowestDownloadLimit = 1'024;           ///< 1 KiB
+inline constexpr std::size_t kHighestDownloadLimit = 1'073'741'824;  ///< 1 GiB
 
 /// How requests are made. Time-outs below 1 ms count as 1 ms, and those above a day as a day.
 struct Options {
@@ -19,8 +28,9 @@ struct Options {
   /// The longest time, once the request is sent, without a header line or a byte of the body.
   std::chrono::milliseconds mStallTimeout{60'000};
 
-  /// The largest body, in bytes.
-  std::size_t mLargestBody{67'108'864};
+  /// The largest body, in bytes. The smaller of this and `kLargestDownloadSetting` holds; the setting alone
+  /// as long as `SetOptions` has not been called.
+  std::size_t mLargestBody{kUsualDownloadLimit};
 
   /// A PEM file of certificate authorities, as a UTF-8 path, that stands for the system's store. Empty means
   /// the system's store.

@@ -86,7 +86,10 @@ class QELCORE_EXPORT File {
   std::u16string mPath;
 };
 
-/// Reads a file from its beginning. The constructor opens the file and throws when it cannot.
+/// Reads a regular file from its beginning. The constructor opens the file and throws when it cannot, or when
+/// the path names something else, such as a directory, a device or a named pipe, which might never end; it
+/// does not wait. What the process was handed open may be of any kind when it is read under the system's name
+/// for it, such as "/dev/stdin" or "/dev/fd/63".
 class QELCORE_EXPORT IPlatformByteStream {
  public:
   explicit IPlatformByteStream(const File& file);
@@ -97,7 +100,8 @@ class QELCORE_EXPORT IPlatformByteStream {
   /// The file's length in bytes; 0 for what has no length, such as a pipe.
   [[nodiscard]] std::uint64_t GetLength() const;
 
-  /// Everything from the current place to the end, as it stands. Throws when reading fails.
+  /// Everything from the current place to the end, as it stands. Throws when reading fails, and with
+  /// `std::errc::file_too_large` when there are more than 512 MiB.
   [[nodiscard]] std::string ReadAll();
 
  private:

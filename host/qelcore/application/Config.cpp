@@ -25,6 +25,7 @@ struct Initializer {
   std::string mName;
   std::function<bool()> mInitialize;
   std::vector<std::string> mDependencies;
+  bool mIsTraced = false;  ///< that it waits was traced
 };
 
 struct TerminationAction {
@@ -37,6 +38,7 @@ struct TerminationAction {
 struct Registrations {
   std::recursive_mutex mMutex;
   bool mHasBegun = false;
+  bool mIsInitializing = false;
   ConfigurationParameters mParameters;
   std::vector<ParametersCallback> mParametersCallbacks;
   std::vector<Initializer> mInitializers;
@@ -153,10 +155,13 @@ std::string DescribeCircle(const Initializers& waiting, const std::string& start
   return {};
 }
 
-/// Says of each initializer that waits for ever what it waits for.
-void TraceWaiting(const Registrations& registrations) {
-  const Initializers& waiting = registrations.mInitializers;
-  for (const Initializer& initializer : waiting) {
+/// Says of each initializer that waits, and of which that was not said yet, what it waits for.
+void TraceWaiting(Registrations& registrations) {
+  Initializers& waiting = registrations.mInitializers;
+  for (Initializer& initializer : waiting) {
+    if (std::exchange(initializer.mIsTraced, true)) {
+      continue;
+    }
     const std::string beginning = "The initializer \"" + initializer.mName + "\" did not run, because ";
     const std::string circle = DescribeCircle(waiting, initializer.mName);
     if (!circle.empty()) {
@@ -175,9 +180,16 @@ void TraceWaiting(const Registrations& registrations) {
   }
 }
 
+/// Runs what can run and says what waits. An initializer that registers another one comes here once more;
+/// what that one waits for may just be the end of the first.
 bool RunInitializers(Registrations& registrations) {
+  const bool isOutermost = !std::exchange(registrations.mIsInitializing, true);
   bool hasFailure = false;
   while (RunNextInitializer(registrations, hasFailure)) {
+  }
+  if (isOutermost) {
+    registrations.mIsInitializing = false;
+    TraceWaiting(registrations);
   }
   return !hasFailure;
 }
@@ -229,7 +241,9 @@ InitializerRegistrar::InitializerRegistrar(std::string name, std::function<bool(
                                            EInitializerContextFlags /*flags*/) {
   Registrations& registrations = TheRegistrations();
   const std::lock_guard lock(registrations.mMutex);
-  registrations.mInitializers.push_back({std::move(name), std::move(initialize), std::move(dependencies)});
+  registrations.mInitializers.push_back({.mName = std::move(name),
+                                         .mInitialize = std::move(initialize),
+                                         .mDependencies = std::move(dependencies)});
   // A module that is loaded later still gets its initializers run, as soon as what they depend on is there.
   if (registrations.mHasBegun) {
     RunInitializers(registrations);
@@ -257,7 +271,6 @@ bool BeginProcess() {
     }
   }
   const bool haveAllSucceeded = RunInitializers(registrations);
-  TraceWaiting(registrations);
   return haveAllSucceeded && registrations.mInitializers.empty();
 }
 

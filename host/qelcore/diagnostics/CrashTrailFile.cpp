@@ -61,7 +61,7 @@ TrailValue ValueFromJSON(const std::any& value) {
   if (const auto* const boolean = std::any_cast<bool>(&value)) {
     return *boolean;
   }
-  throw json::TypeError("A value is neither a text nor a truth value.");
+  throw json::TypeError("A value is neither a text nor a truth value");
 }
 
 template <typename Map>
@@ -77,7 +77,7 @@ Map ValuesFromJSON(const json::Dictionary& object) {
 template <typename Value>
 const Value& Require(const Value* value, std::string_view key) {
   if (value == nullptr) {
-    throw json::TypeError("\"" + std::string(key) + "\" is missing.");
+    throw json::TypeError("\"" + std::string(key) + "\" is missing");
   }
   return *value;
 }
@@ -105,6 +105,14 @@ LastTrail LastTrailFromJSON(const std::any& value) {
   return last;
 }
 
+/// A sentence as a part of a longer message.
+std::string WithoutFullStop(std::string sentence) {
+  if (sentence.ends_with('.')) {
+    sentence.pop_back();
+  }
+  return sentence;
+}
+
 }  // namespace
 
 void SaveTrailFile(const LastTrail& trail) {
@@ -123,23 +131,20 @@ void SaveTrailFile(const LastTrail& trail) {
 
 std::optional<LastTrail> ReadLastTrail() {
   const std::string path = GetTrailFile();
-  if (!IsFile(path)) {
+  if (!HasRegularFile(path)) {
     return std::nullopt;
-  }
-  if (!IsRegularFile(path)) {
-    throw std::runtime_error(path + ": not a regular file.");
   }
   const std::string text = filesupport::IPlatformByteStream(TrailFile()).ReadAll();
   json::ParseError error;
   const std::any value = json::Parse(text, &error);
   if (!value.has_value()) {
     throw std::runtime_error(path + ':' + std::to_string(error.mLine) + ':' + std::to_string(error.mColumn) +
-                             ": " + error.mMessage);
+                             ": " + WithoutFullStop(error.mMessage));
   }
   try {
     return LastTrailFromJSON(value);
   } catch (const json::TypeError& typeError) {
-    throw std::runtime_error(path + ": " + typeError.what());
+    throw std::runtime_error(path + ": " + WithoutFullStop(typeError.what()));
   }
 }
 

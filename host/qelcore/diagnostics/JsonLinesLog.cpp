@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -13,6 +14,7 @@
 #include <utility>
 
 #include "host/qelcore/application/Application.h"
+#include "host/qelcore/files/FileContent.h"
 #include "host/qelcore/files/FileHandle.h"
 #include "host/qelcore/files/FileLock.h"
 #include "host/qelcore/files/FileOperationHook.h"
@@ -38,6 +40,27 @@ std::string PathIn(const std::u16string& directory, const std::string& fileName)
   return string::UTF16to8(JoinPath(directory, string::UTF8to16(fileName)));
 }
 
+/// How long locks are waited for. Whoever keeps one for long, such as a process that was stopped, is waited
+/// for once and not again with each entry, until a lock is free again. Any thread may call.
+class LockPatience {
+ public:
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path) {
+    try {
+      auto lock = std::make_unique<FileLock>(path, mIsUsedUp ? std::chrono::milliseconds::zero() : kPatience);
+      mIsUsedUp = false;
+      return lock;
+    } catch (const std::system_error& error) {
+      mIsUsedUp = mIsUsedUp || error.code() == std::errc::device_or_resource_busy;
+      throw;
+    }
+  }
+
+ private:
+  static constexpr std::chrono::milliseconds kPatience{200};
+
+  std::atomic<bool> mIsUsedUp{false};
+};
+
 /// How a file ends.
 struct FileEnd {
   std::uintmax_t mSize = 0;
@@ -46,12 +69,8 @@ struct FileEnd {
 
 /// The end of the file; nothing when there is no file.
 std::optional<FileEnd> FindEnd(const std::string& path) {
-  const std::filesystem::file_status status = std::filesystem::status(ToPath(path));
-  if (!std::filesystem::exists(status)) {
+  if (!HasRegularFile(path)) {
     return std::nullopt;
-  }
-  if (!std::filesystem::is_regular_file(status)) {
-    throw std::system_error(std::make_error_code(std::errc::not_supported), path);
   }
   FileEnd end{.mSize = std::filesystem::file_size(ToPath(path))};
   if (end.mSize != 0) {
@@ -86,16 +105,16 @@ void WriteAtEnd(const std::string& path, const FileEnd& end, const std::string& 
   }
 }
 
-void AppendLine(const std::string& path, std::string line) {
+void AppendLine(const std::string& path, std::string line, LockPatience& patience) {
   // The hook is called before the file is locked: it may append itself.
   AnnounceFileOperation(FileOperation::kOpenForWriting, path);
   AnnounceFileOperation(FileOperation::kWrite, path);
-  std::optional<FileLock> lock(std::in_place, path + kLockSuffix);
+  std::unique_ptr<FileLock> lock = patience.Lock(path + kLockSuffix);
   std::optional<FileEnd> end = FindEnd(path);
   if (IsFull(end, line)) {
     lock.reset();
     AnnounceFileOperation(FileOperation::kReplace, path + kOlderSuffix);
-    lock.emplace(path + kLockSuffix);
+    lock = patience.Lock(path + kLockSuffix);
     // Somebody else may have put the full file aside in the meantime.
     end = FindEnd(path);
     if (IsFull(end, line)) {
@@ -115,23 +134,22 @@ void AppendLine(const std::string& path, std::string line) {
 
 /// What the file holds; an empty text when there is none.
 std::string ReadWhenThere(const std::string& path) {
-  std::string content;
-  if (!FindEnd(path)) {
-    return content;
+  try {
+    FileHandle file = FileHandle::OpenForReading(path);
+    return ReadToEnd(file, path, kLargestContent);
+  } catch (const std::system_error& error) {
+    // Without the lock the file may move aside at any time.
+    if (error.code() == std::errc::no_such_file_or_directory || error.code() == std::errc::not_a_directory) {
+      return {};
+    }
+    throw;
   }
-  FileHandle file = FileHandle::OpenForReading(path);
-  std::array<char, 65'536> block{};
-  for (std::size_t count = file.Read(block.data(), block.size()); count != 0;
-       count = file.Read(block.data(), block.size())) {
-    content.append(block.data(), count);
-  }
-  return content;
 }
 
 /// The lock, unless it cannot be had: somebody who may only read can do without.
-std::unique_ptr<FileLock> LockForReading(const std::string& path) {
+std::unique_ptr<FileLock> LockForReading(const std::string& path, LockPatience& patience) {
   try {
-    return std::make_unique<FileLock>(path);
+    return patience.Lock(path);
   } catch (const std::system_error&) {
     return nullptr;
   }
@@ -160,6 +178,7 @@ struct JsonLinesLog::Implementation {
   std::string mFileName;
   std::string mContext;
   std::atomic<bool> mHasFailed{false};
+  LockPatience mPatience;
 };
 
 JsonLinesLog::JsonLinesLog(std::string fileName, std::string context)
@@ -173,7 +192,7 @@ JsonLinesLog::~JsonLinesLog() = default;
 void JsonLinesLog::Append(const json::Dictionary& entry) const {
   try {
     const std::string path = PathIn(filesupport::Dir::PrefDir().GetFullPath(), mImplementation->mFileName);
-    AppendLine(path, json::Serialise(entry) + '\n');
+    AppendLine(path, json::Serialise(entry) + '\n', mImplementation->mPatience);
   } catch (...) {
     // A disk that is full today would otherwise fill the trace log with the same message.
     if (!mImplementation->mHasFailed.exchange(true)) {
@@ -187,7 +206,7 @@ JsonLines JsonLinesLog::Read() const {
   const std::array<std::string, 2> candidates = {path + kOlderSuffix, path};
   bool isAnyThere = false;
   for (const std::string& candidate : candidates) {
-    if (IsFile(candidate)) {
+    if (HasRegularFile(candidate)) {
       // The hook is called before the files are locked: it may append itself.
       AnnounceFileOperation(FileOperation::kOpenForReading, candidate);
       AnnounceFileOperation(FileOperation::kRead, candidate);
@@ -196,7 +215,7 @@ JsonLines JsonLinesLog::Read() const {
   }
   std::string text;
   if (isAnyThere) {
-    const std::unique_ptr<FileLock> lock = LockForReading(path + kLockSuffix);
+    const std::unique_ptr<FileLock> lock = LockForReading(path + kLockSuffix, mImplementation->mPatience);
     for (const std::string& candidate : candidates) {
       text += ReadWhenThere(candidate);
       // The older file may end within a line.

@@ -25,8 +25,7 @@ struct JsonLines {
 /// The log of one name. Any number of threads and processes may append and read at a time: a line is there
 /// whole or not at all. Before a line would make the file larger than 1 MiB, the file takes the name with
 /// ".1" added, in place of the one that had it; a single line above that size has a file of its own. A file
-/// with
-/// ".lock" added holds nothing.
+/// with ".lock" added holds nothing; whoever holds its lock is waited for at most 200 ms.
 class QELCORE_EXPORT JsonLinesLog {
  public:
   /// `fileName` is the file's name in the preferences directory in force at each call, `context` what stands
@@ -37,12 +36,14 @@ class QELCORE_EXPORT JsonLinesLog {
   JsonLinesLog& operator=(const JsonLinesLog&) = delete;
 
   /// Appends the object as one line; makes the directory and the file, readable by their owner only, when
-  /// missing. Does not throw: an entry that cannot be written is lost, and the first one of this object is
-  /// logged.
+  /// missing. Does not throw: an entry that cannot be written, because another process keeps the lock for
+  /// example, is lost, and the first one of this object is logged.
   void Append(const json::Dictionary& entry) const;
 
-  /// The entries of the older file and the file. Missing files hold none, and nothing is made. Throws
-  /// `std::system_error` when a file that is there cannot be read.
+  /// The entries of the older file and the file. Missing files hold none, and nothing is made. When the lock
+  /// cannot be had, they are read without it. Throws `std::system_error` when a file that is there cannot be
+  /// read, something else than a regular file is in its place, or the system does not tell whether it is
+  /// there.
   [[nodiscard]] JsonLines Read() const;
 
   /// The file's UTF-8 path. It need not exist.

@@ -41,7 +41,7 @@ json::Array ToJSON(const std::vector<UsageFigure>& figures) {
 std::string RequireText(const json::Dictionary& object, std::string_view key) {
   const std::string* const text = json::FindText(object, key);
   if (text == nullptr) {
-    throw std::runtime_error("\"" + std::string(key) + "\" is missing.");
+    throw std::runtime_error("\"" + std::string(key) + "\" is missing");
   }
   return *text;
 }

@@ -12,7 +12,10 @@ namespace qelcore::host {
 /// whose message is the path and the reason. Paths are UTF-8.
 class FileHandle {
  public:
-  /// Opens an existing file for reading. A directory is an error.
+  /// Opens an existing regular file for reading. Anything else, such as a directory, a device or a named
+  /// pipe, is an error and nothing is waited for, unless the path is a name that the system gives to a file
+  /// which the process was handed open, such as "/dev/stdin" or "/dev/fd/63": whoever writes such a name
+  /// means it.
   [[nodiscard]] static FileHandle OpenForReading(const std::string& path);
 
   /// Opens a file for writing: makes it when missing and empties it.

@@ -18,6 +18,10 @@ namespace qelcore::host {
 /// throw.
 [[nodiscard]] bool IsRegularFile(const std::string& path);
 
+/// Whether there is a regular file to read. False when nothing has that name. Throws when something else has
+/// it, and when the system does not tell.
+[[nodiscard]] bool HasRegularFile(const std::string& path);
+
 /// Deletes a file; a missing one is fine.
 void RemoveFile(const std::string& path);
 

@@ -1,12 +1,59 @@
 #include <algorithm>
 #include <cstddef>
+#include <system_error>
 
+#include "host/qelcore/files/FileContent.h"
 #include "host/qelcore/files/FileHandle.h"
 #include "host/qelcore/files/FileOperationHook.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
 
-namespace qelcore::filesupport {
+namespace qelcore {
+
+namespace host {
+
+std::string ReadToEnd(FileHandle& file, const std::string& path, std::size_t largestSize) {
+  constexpr std::size_t kSmallestBlock = 65'536;
+  constexpr std::size_t kLargestHint = 67'108'864;
+  const auto tooLarge = [&] {
+    return std::system_error(std::make_error_code(std::errc::file_too_large), path);
+  };
+  const std::uint64_t length = file.Length();
+  if (length > largestSize) {
+    throw tooLarge();
+  }
+  // The length is a hint only: a file may grow while it is read, and some have no length at all. One byte
+  // more than there may be is asked for, to see that there is more.
+  const std::size_t hint = static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestHint));
+  const std::size_t most = largestSize + 1;
+  std::string content;
+  std::size_t used = 0;
+  for (;;) {
+    if (used == content.size()) {
+      content.resize(std::min(most, std::max({hint + 1, used * 2, kSmallestBlock})));
+    }
+    const std::size_t count = file.Read(content.data() + used, content.size() - used);
+    used += count;
+    if (used > largestSize) {
+      throw tooLarge();
+    }
+    if (count == 0) {
+      content.resize(used);
+      return content;
+    }
+  }
+}
+
+std::string ReadContent(const std::string& path, std::size_t largestSize) {
+  AnnounceFileOperation(FileOperation::kOpenForReading, path);
+  FileHandle file = FileHandle::OpenForReading(path);
+  AnnounceFileOperation(FileOperation::kRead, path);
+  return ReadToEnd(file, path, largestSize);
+}
+
+}  // namespace host
+
+namespace filesupport {
 
 namespace {
 
@@ -38,23 +85,7 @@ std::uint64_t IPlatformByteStream::GetLength() const {
 
 std::string IPlatformByteStream::ReadAll() {
   host::AnnounceFileOperation(host::FileOperation::kRead, mImplementation->mPath);
-  // The length is a hint only: a file may grow while it is read, and some have no length at all.
-  constexpr std::size_t kSmallestBlock = 65'536;
-  constexpr std::uint64_t kLargestHint = 67'108'864;
-  const auto hint = static_cast<std::size_t>(std::min(GetLength(), kLargestHint));
-  std::string content;
-  std::size_t used = 0;
-  for (;;) {
-    if (used == content.size()) {
-      content.resize(std::max({hint + 1, used * 2, kSmallestBlock}));
-    }
-    const std::size_t count = mImplementation->mHandle.Read(content.data() + used, content.size() - used);
-    if (count == 0) {
-      content.resize(used);
-      return content;
-    }
-    used += count;
-  }
+  return host::ReadToEnd(mImplementation->mHandle, mImplementation->mPath, host::kLargestContent);
 }
 
 struct OPlatformByteStream::Implementation {
@@ -80,4 +111,5 @@ void OPlatformByteStream::Close() {
   mImplementation->mHandle.Close();
 }
 
-}  // namespace qelcore::filesupport
+}  // namespace filesupport
+}  // namespace qelcore

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <string_view>
 #include <utility>
 
 #include "host/qelcore/linux/FileError.h"
@@ -34,13 +35,26 @@ int Descriptor(std::intptr_t handle) {
   return static_cast<int>(handle);
 }
 
+/// Whether the path as written names an open file of this process. What a link leads to does not count:
+/// nobody chose that when the path was written.
+bool NamesOpenFile(std::string_view path) {
+  return path == "/dev/stdin" || path.starts_with("/dev/fd/") || path.starts_with("/proc/self/fd/");
+}
+
 }  // namespace
 
 FileHandle FileHandle::OpenForReading(const std::string& path) {
-  FileHandle file(path, Open(path, O_RDONLY));
+  const bool isOpenAlready = NamesOpenFile(path);
+  FileHandle file(path, Open(path, O_RDONLY | (isOpenAlready ? 0 : O_NONBLOCK)));
   struct stat status {};
-  if (::fstat(Descriptor(file.mHandle), &status) == 0 && S_ISDIR(status.st_mode)) {
+  if (::fstat(Descriptor(file.mHandle), &status) != 0) {
+    ThrowFileError(errno, path);
+  }
+  if (S_ISDIR(status.st_mode)) {
     ThrowFileError(EISDIR, path);
+  }
+  if (!S_ISREG(status.st_mode) && !isOpenAlready) {
+    ThrowNotRegular(path);
   }
   return file;
 }

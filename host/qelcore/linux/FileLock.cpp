@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <thread>
 
 #include "host/qelcore/linux/FileError.h"
 
@@ -25,18 +26,29 @@ int Open(const std::string& path) {
   return descriptor;
 }
 
-}  // namespace
-
-FileLock::FileLock(const std::string& path) : mHandle(Open(path)) {
-  const int descriptor = static_cast<int>(mHandle);
+/// Tries to take the lock; returns 0 or the number of the error.
+int TryToLock(int descriptor) {
   int result = -1;
   do {
-    result = ::flock(descriptor, LOCK_EX);
+    result = ::flock(descriptor, LOCK_EX | LOCK_NB);
   } while (result != 0 && errno == EINTR);
-  if (result != 0) {
-    const int number = errno;
+  return result == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience) : mHandle(Open(path)) {
+  constexpr std::chrono::milliseconds kPause{1};
+  const int descriptor = static_cast<int>(mHandle);
+  int number = TryToLock(descriptor);
+  // The pauses are counted, not the clock: a machine that stood still has not used up any patience.
+  for (; number == EWOULDBLOCK && patience > patience.zero(); patience -= kPause) {
+    std::this_thread::sleep_for(kPause);
+    number = TryToLock(descriptor);
+  }
+  if (number != 0) {
     ::close(descriptor);
-    ThrowFileError(number, path);
+    ThrowFileError(number == EWOULDBLOCK ? EBUSY : number, path);
   }
 }
 

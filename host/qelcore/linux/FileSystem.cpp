@@ -73,6 +73,21 @@ bool IsRegularFile(const std::string& path) {
   return mode && S_ISREG(*mode);
 }
 
+bool HasRegularFile(const std::string& path) {
+  CheckPath(path);
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) {
+    if (errno == ENOENT || errno == ENOTDIR) {
+      return false;
+    }
+    ThrowFileError(errno, path);
+  }
+  if (!S_ISREG(status.st_mode)) {
+    ThrowNotRegular(path);
+  }
+  return true;
+}
+
 void RemoveFile(const std::string& path) {
   CheckPath(path);
   if (::unlink(path.c_str()) != 0 && errno != ENOENT) {

@@ -34,6 +34,7 @@ NetTest::NetTest() {
        {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
     mProxies.emplace_back(name, std::nullopt);
   }
+  qelcore::host::SetDirectories({.mPreferences = (mDirectory.Path() / "preferences").string()});
   qelcore::host::SetTraceLevel(6);
   qelcore::host::SetTraceSink([this](std::string_view channel, int level, std::string_view text) {
     const std::lock_guard lock(mMutex);

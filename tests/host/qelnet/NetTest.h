@@ -41,7 +41,8 @@ class ReceivedAnswers {
   std::vector<ReceivedAnswer> mAnswers;
 };
 
-/// Keeps the proxies of the machine out, records what is traced and logged, and ends the library at the end.
+/// Keeps the proxies and the settings of the machine out, records what is traced and logged, and ends the
+/// library at the end.
 class NetTest : public testing::Test {
  protected:
   NetTest();

@@ -117,6 +117,8 @@ TEST_F(CrashTrails, ADamagedFileIsAnError) {
       ADD_FAILURE() << content;
     } catch (const std::runtime_error& error) {
       EXPECT_EQ(std::string(error.what()).rfind(path + ":", 0), 0U) << content << ": " << error.what();
+      // Whoever passes the message on adds to it.
+      EXPECT_FALSE(std::string(error.what()).ends_with('.')) << content << ": " << error.what();
     }
   }
   mHost.Files().Write("preferences/crash-trail.json", R"({"markers":{},"time":"t","trails":[],"more":1})");

@@ -6,11 +6,9 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <vector>
 
 #include "host/qelcore/HostSetup.h"
@@ -303,18 +301,6 @@ TEST_F(Streams, ErrorsNameThePathAndTheReason) {
 TEST_F(Streams, AFullDiskIsAnError) {
   OPlatformByteStream output(FileAt("/dev/full"));
   EXPECT_EQ(ErrorOf([&] { output.Write("x"); }), "/dev/full: No space left on device");
-}
-
-TEST_F(Streams, APipeHasNoLengthAndIsReadToItsEnd) {
-  ASSERT_EQ(::mkfifo(At("pipe").c_str(), 0600), 0);
-  const std::string content(200000, 'x');
-  std::thread writer([&] { std::ofstream(At("pipe")) << content; });
-  {
-    IPlatformByteStream input(FileAt(At("pipe")));
-    EXPECT_EQ(input.GetLength(), 0U);
-    EXPECT_EQ(input.ReadAll(), content);
-  }
-  writer.join();
 }
 
 TEST_F(Streams, FilesThatSayTheyAreEmptyAreReadAllTheSame) {
