@@ -2,21 +2,14 @@
 
 #include <utility>
 
+#include "qelsystemcompatibilityreport/common/Dialogs.h"
+
 namespace qelsystemcompatibilityreport {
 
 namespace {
 
 /// The dialog that is open; null when none is.
 SCRDialog* gOpenDialog = nullptr;
-
-/// Keeps the open dialog known for as long as it runs.
-class OpenDialogScope {
- public:
-  explicit OpenDialogScope(SCRDialog& dialog) { gOpenDialog = &dialog; }
-  ~OpenDialogScope() { gOpenDialog = nullptr; }
-  OpenDialogScope(const OpenDialogScope&) = delete;
-  OpenDialogScope& operator=(const OpenDialogScope&) = delete;
-};
 
 }  // namespace
 
@@ -26,12 +19,11 @@ void RunReportDialog(qelui::OS_Window* parent, const std::u16string& application
     gOpenDialog->BringToFront();
     return;
   }
-  qelui::NodeManager* const manager = qelui::NodeManager::Get();
-  qelui::DrawSupplier* const drawSupplier = manager != nullptr ? manager->GetDefaultDrawSupplier() : nullptr;
+  qelui::DrawSupplier* const drawSupplier = FindDrawSupplier();
   if (drawSupplier == nullptr) return;
   SCRDialog dialog(*drawSupplier, parent, applicationName, std::move(issues), std::move(writeReport),
                    blocklistIsMissing);
-  const OpenDialogScope scope(dialog);
+  const OpenDialogScope scope(gOpenDialog, dialog);
   dialog.RunModal();
 }
 
