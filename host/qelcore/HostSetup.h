@@ -134,8 +134,8 @@ QELCORE_EXPORT void SetTraceLevel(int level, bool toStandardError = false);
 QELCORE_EXPORT void SetTraceSink(
     std::function<void(std::string_view channel, int level, std::string_view)> sink);
 
-/// Sees every recorded message, in addition to the file, to standard error and to a sink, and those up to `level` even
-/// when they are not recorded. Moves the change counter. An empty function takes it away.
+/// Sees every recorded message, in addition to the file, to standard error and to a sink, and those up to
+/// `level` even when they are not recorded. Moves the change counter. An empty function takes it away.
 QELCORE_EXPORT void SetTraceObserver(
     std::function<void(std::string_view channel, int level, std::string_view text)> observer, int level = 0);
 
@@ -147,8 +147,8 @@ QELCORE_EXPORT void SetExceptionSink(
 /// What an exception says: its `what`, or a text that says that it is of an unknown kind.
 [[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
 
-/// Takes the places of standard streams that were closed when the program started, so that no file is opened in such a
-/// place and receives what the program prints. To be called first of all.
+/// Takes the places of standard streams that were closed when the program started, so that no file is opened
+/// in such a place and receives what the program prints. To be called first of all.
 QELCORE_EXPORT void ReserveStandardStreams();
 
 /// Whether somebody reads standard error on a terminal, so that progress can be shown there.
@@ -214,8 +214,8 @@ QELCORE_EXPORT bool RemoveDebugEntry(std::string_view key);
 
 // ---- Browser ----------------------------------------------------------------------------------------------
 
-/// Gets the addresses that would go to the system's browser, UTF-8, and says whether it took them. An empty function
-/// brings the browser back.
+/// Gets the addresses that would go to the system's browser, UTF-8, and says whether it took them. An empty
+/// function brings the browser back.
 QELCORE_EXPORT void SetBrowser(std::function<bool(const std::string& url)> browser);
 
 // ---- Main thread ------------------------------------------------------------------------------------------

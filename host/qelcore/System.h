@@ -37,8 +37,8 @@ inline constexpr bool kSystemHasProperties = false;
 /// `FileUtils::ConvertEnvPath` on this system.
 [[nodiscard]] int ExpandEnvironment(std::string& path);
 
-/// Hands an address to the system's browser. Returns whether it was taken; throws `std::system_error` when there is no
-/// way to.
+/// Hands an address to the system's browser. Returns whether it was taken; throws `std::system_error` when
+/// there is no way to.
 [[nodiscard]] bool OpenInSystemBrowser(const std::string& url);
 
 // ---- Files ------------------------------------------------------------------------------------------------

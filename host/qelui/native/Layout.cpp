@@ -128,8 +128,7 @@ int StackLayout::Height(int width, const HeightOf& heightOf) const {
 }
 
 int StackLayout::GetPreferredHeight(int width) const {
-  return Height(width,
-                [](LayoutItem& item, int itemWidth) { return item.GetPreferredHeight(itemWidth); });
+  return Height(width, [](LayoutItem& item, int itemWidth) { return item.GetPreferredHeight(itemWidth); });
 }
 
 int StackLayout::GetMinimumHeight(int width) const {
@@ -138,8 +137,7 @@ int StackLayout::GetMinimumHeight(int width) const {
 
 bool StackLayout::TakesHeight() const {
   const std::vector<LayoutItem*> items = ShownItems();
-  return std::any_of(items.begin(), items.end(),
-                     [](const LayoutItem* item) { return item->TakesHeight(); });
+  return std::any_of(items.begin(), items.end(), [](const LayoutItem* item) { return item->TakesHeight(); });
 }
 
 void StackLayout::Place(const Rectangle& rectangle) const {

@@ -16,8 +16,8 @@ namespace qelui::native {
 
 namespace {
 
-constexpr int kEdge = 2;        // room at the window's edge, in usual borders
-constexpr int kGroupGap = 2;    // between what stands in the dialog itself
+constexpr int kEdge = 2;      // room at the window's edge, in usual borders
+constexpr int kGroupGap = 2;  // between what stands in the dialog itself
 constexpr double kMilliseconds = 1000;
 
 }  // namespace
@@ -50,10 +50,13 @@ NativeDialog::NativeDialog(OS_Window* parent)
     : mDialog(new wxDialog(ToNative(parent), wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                            wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER)),
       mArea(std::make_unique<ScrollArea>(*this, *mDialog, kGroupGap)) {
+  MarkAsDialog(*mDialog);
   mArea->GetView().SetPadding(kEdge);
   mArea->GetView().KeepLastAtEnd();
   mDialog->Bind(wxEVT_SIZE, [this](wxSizeEvent&) {
-    if (mLevel) LayOutAt(mDialog->GetClientSize());
+    if (!mLevel) return;
+    ApplyLeastSize();
+    LayOutAt(mDialog->GetClientSize());
   });
   mDialog->Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
     if (event.CanVeto()) {
@@ -109,6 +112,8 @@ void NativeDialog::PrepareToShow() {
   }
   AssignMnemonics();
   FocusFirst();
+  // The reader begins at the beginning, even when the focused button is far below.
+  mArea->ScrollToTop();
 }
 
 void NativeDialog::Close() {
@@ -195,8 +200,7 @@ void NativeDialog::AssignMnemonics() {
     captions.push_back(button->GetCaption());
   }
   const std::vector<std::optional<std::size_t>> mnemonics = ChooseMnemonics(captions);
-  for (std::size_t index = 0; index < buttons.size(); ++index)
-    buttons[index]->SetMnemonic(mnemonics[index]);
+  for (std::size_t index = 0; index < buttons.size(); ++index) buttons[index]->SetMnemonic(mnemonics[index]);
   if (mOkButton != nullptr && mOkButton->CanBeUsed()) mOkButton->ShowAsDefault();
 }
 

@@ -55,6 +55,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   void PrepareToShow();
   void ChooseSize();
   void SetSize(const wxSize& size);
+  void ApplyLeastSize();
   [[nodiscard]] wxSize RoomForHiddenTrees();
   [[nodiscard]] wxSize MissingForContent();
   void LayOutAt(const wxSize& size);
@@ -78,6 +79,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   ButtonControl* mOkButton = nullptr;
   ButtonControl* mCloseControl = nullptr;
   std::optional<Size> mContentSize;
+  wxSize mLeastSize;
   wxSize mChosenSize;  ///< of the content, before the user changed it
   std::map<TimerID, std::shared_ptr<TickTimer>> mTimers;
   TimerID mLastTimer = 0;

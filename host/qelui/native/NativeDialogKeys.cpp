@@ -54,7 +54,8 @@ bool NativeDialog::HandleKey(const wxKeyEvent& event) {
       return true;
     case WXK_SPACE: {
       auto* const tree = dynamic_cast<TreeControl*>(FocusedControl());
-      return tree != nullptr && tree->ToggleCurrentRow();
+      if (tree != nullptr) tree->ToggleCurrentRow();
+      return tree != nullptr;
     }
     case WXK_F7:
       mTextsAreTabStops = !mTextsAreTabStops;
@@ -85,10 +86,9 @@ void NativeDialog::MoveFocus(bool forward) {
   std::vector<NativeControl*> stops = AllControls();
   const NativeControl* const focused = FocusedControl();
   // The focused control stays, even when it is no stop, so that the next one after it is found.
-  stops.erase(std::remove_if(stops.begin(), stops.end(),
-                             [&](const NativeControl* control) {
-                               return control != focused && !IsTabStop(*control);
-                             }),
+  stops.erase(std::remove_if(
+                  stops.begin(), stops.end(),
+                  [&](const NativeControl* control) { return control != focused && !IsTabStop(*control); }),
               stops.end());
   if (stops.empty()) return;
   if (!forward) std::reverse(stops.begin(), stops.end());
@@ -97,6 +97,7 @@ void NativeDialog::MoveFocus(bool forward) {
 }
 
 void NativeDialog::Focus(NativeControl& control) {
+  mArea->ExpectFocus(control.GetWindow());
   control.GetWindow().SetFocus();
   for (NativeControl* outer = control.GetContainer(); outer != nullptr; outer = outer->GetContainer()) {
     auto* const scroll = dynamic_cast<ScrollControl*>(outer);
@@ -120,7 +121,8 @@ void NativeDialog::FocusFirst() {
 
 void NativeDialog::KeepFocusUsable() {
   const wxWindow* const focused = wxWindow::FindFocus();
-  const bool isElsewhere = focused != nullptr && wxGetTopLevelParent(const_cast<wxWindow*>(focused)) != mDialog;
+  const bool isElsewhere =
+      focused != nullptr && wxGetTopLevelParent(const_cast<wxWindow*>(focused)) != mDialog;
   if (isElsewhere) return;
   const NativeControl* const control = FocusedControl();
   if (control == nullptr || !control->CanBeUsed()) FocusFirst();

@@ -44,19 +44,20 @@ void NativeDialog::ChooseSize() {
   ViewControl& view = mArea->GetView();
   const wxSize limit = Limit(*mDialog);
   const wxSize trees = RoomForHiddenTrees();
-  const int leastWidth = std::min(std::max(view.GetMinimumWidth(), kLeastLetters * mDialog->GetCharWidth()),
-                                  limit.GetWidth());
+  const int leastWidth =
+      std::min(std::max(view.GetMinimumWidth(), kLeastLetters * mDialog->GetCharWidth()), limit.GetWidth());
   const int mostWidth = std::max(leastWidth, std::min(ReadingWidth(*mDialog), limit.GetWidth()));
   const int width = std::clamp(std::max(view.GetPreferredWidth(), trees.GetWidth()), leastWidth, mostWidth);
   const int height = view.GetPreferredHeight(width) + trees.GetHeight();
   wxSize size(width, std::min(height, limit.GetHeight()));
-  const int leastHeight = std::min(view.GetMinimumHeight(leastWidth), size.GetHeight());
-  mDialog->SetMinClientSize(wxSize(leastWidth, leastHeight));
+  // A short dialog that is made very narrow gets higher than it was at first, and then scrolls as a whole.
+  mLeastSize = {leastWidth, std::min(view.GetMinimumHeight(leastWidth), size.GetHeight())};
+  ApplyLeastSize();
   if (mLevel) {
     // An open dialog only grows, and does not fight a user who made it smaller.
     const wxSize present = mDialog->GetClientSize();
     wxSize larger = present;
-    larger.IncTo(present == mChosenSize ? size : wxSize(leastWidth, leastHeight));
+    larger.IncTo(present == mChosenSize ? size : mLeastSize);
     if (larger != present) SetSize(larger);
     return;
   }
@@ -67,6 +68,11 @@ void NativeDialog::ChooseSize() {
   size.DecTo(limit);
   SetSize(size);
   LayOutAt(size);
+}
+
+// Again and again, because the frame around the content is not known before the window is shown.
+void NativeDialog::ApplyLeastSize() {
+  if (mDialog->GetMinClientSize() != mLeastSize) mDialog->SetMinClientSize(mLeastSize);
 }
 
 void NativeDialog::SetSize(const wxSize& size) {

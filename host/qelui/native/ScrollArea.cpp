@@ -22,8 +22,12 @@ class Window final : public wxScrolledWindow {
   bool ShouldScrollToChildOnFocus(wxWindow* /*child*/) override { return false; }
 };
 
+/// Counted from window to window, because windows that were never shown have no place on the screen.
 int TopWithin(const wxWindow& outer, const wxWindow& inner) {
-  return outer.ScreenToClient(inner.GetScreenPosition()).y;
+  int top = 0;
+  for (const wxWindow* window = &inner; window != &outer && window != nullptr; window = window->GetParent())
+    top += window->GetPosition().y;
+  return top;
 }
 
 }  // namespace
@@ -36,7 +40,10 @@ ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders)
   mWindow->Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent& event) {
     event.Skip();
     const wxWindow* const focused = wxWindow::FindFocus();
-    if (focused != nullptr && mWindow->IsDescendant(const_cast<wxWindow*>(focused))) ScrollToShow(*focused);
+    if (focused == nullptr || focused == mLastFocused) return;
+    if (!mWindow->IsDescendant(const_cast<wxWindow*>(focused))) return;
+    mLastFocused = focused;
+    ScrollToShow(*focused);
   });
 }
 
@@ -93,13 +100,13 @@ void ScrollArea::ScrollToShow(const wxWindow& inside) {
   }
 }
 
-bool ScrollArea::ScrollBy(int lines, int pages) {
-  const int before = GetPosition();
-  const int line = mWindow->GetCharHeight();
+void ScrollArea::ScrollBy(int lines, int pages) {
+  int unit = 0;
+  mWindow->GetScrollPixelsPerUnit(nullptr, &unit);
+  if (unit == 0) return;
   // A page keeps a line in common with the one before.
-  const int page = std::max(line, mWindow->GetClientSize().GetHeight() - line);
-  SetPosition(before + lines * line + pages * page);
-  return GetPosition() != before;
+  const int linesOfPage = std::max(1, mWindow->GetClientSize().GetHeight() / unit - 1);
+  SetPosition(GetPosition() + (lines + pages * linesOfPage) * unit);
 }
 
 void ScrollArea::ScrollToTop() {

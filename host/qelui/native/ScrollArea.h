@@ -24,10 +24,13 @@ class ScrollArea {
 
   /// Scrolls so far that the window inside is seen, its beginning if it is larger.
   void ScrollToShow(const wxWindow& inside);
-  /// Scrolls by lines of text and by pages, downwards when positive. Returns whether it moved.
-  bool ScrollBy(int lines, int pages);
+  /// Scrolls by lines of text and by pages, downwards when positive.
+  void ScrollBy(int lines, int pages);
   void ScrollToTop();
   void ScrollToEnd();
+
+  /// The focus goes to a window inside, which needs no scrolling, as when the whole window is activated.
+  void ExpectFocus(const wxWindow& inside) { mLastFocused = &inside; }
 
   void SetLength(int height);
 
@@ -40,6 +43,7 @@ class ScrollArea {
 
   wxScrolledWindow* mWindow;  ///< belongs to its parent window
   std::unique_ptr<ViewControl> mView;
+  const wxWindow* mLastFocused = nullptr;  ///< to compare with, not to look into
 };
 
 }  // namespace qelui::native

@@ -28,8 +28,8 @@ ScrollControl::ScrollControl(ControlHost& host, std::unique_ptr<ScrollArea> area
 
 Size ScrollControl::MeasureContent() {
   ViewControl& content = GetContent();
-  const int width = std::max(content.GetMinimumWidth(),
-                             std::min(content.GetPreferredWidth(), ReadingWidth(GetWindow())));
+  const int width =
+      std::max(content.GetMinimumWidth(), std::min(content.GetPreferredWidth(), ReadingWidth(GetWindow())));
   return {width, content.GetPreferredHeight(width)};
 }
 

@@ -30,8 +30,8 @@ wxSize IconSize(const wxWindow& parent) {
 
 IconControl::IconControl(ControlHost& host, wxWindow& parent, IconKind kind, const std::u16string& name)
     : ControlOf<Icon>(host, new wxStaticBitmap(&parent, wxID_ANY,
-                                               wxArtProvider::GetBitmapBundle(
-                                                   ArtFor(kind), wxART_MESSAGE_BOX, IconSize(parent)))) {
+                                               wxArtProvider::GetBitmapBundle(ArtFor(kind), wxART_MESSAGE_BOX,
+                                                                              IconSize(parent)))) {
   SetAccessibleName(name);
 }
 

@@ -30,6 +30,9 @@ void PrepareSystem();
 /// What a screen reader calls the window.
 void SetAccessibleName(wxWindow& window, const wxString& name);
 
+/// Tells screen readers that the window is a dialog.
+void MarkAsDialog(wxWindow& window);
+
 /// Makes a flat button look like a link.
 void MakeLookLikeLink(wxButton& button);
 

@@ -67,8 +67,8 @@ void TreeControl::ScrollToTop() {
   if (!items.empty()) mTree->EnsureVisible(items.front());
 }
 
-bool TreeControl::ToggleCurrentRow() {
-  return mModel->Toggle(mTree->GetCurrentItem());
+void TreeControl::ToggleCurrentRow() {
+  mModel->Toggle(mTree->GetCurrentItem());
 }
 
 int TreeControl::GetMinimumWidth() {

@@ -19,8 +19,8 @@ class TreeControl final : public ControlOf<Tree> {
   void SetOnCheck(std::function<void(std::size_t row, bool isChecked)> onCheck) override;
   void ScrollToTop() override;
 
-  /// Changes the check box of the row that the keyboard is on. Returns whether there is one.
-  bool ToggleCurrentRow();
+  /// Changes the check box of the row that the keyboard is on, if it has one.
+  void ToggleCurrentRow();
 
   [[nodiscard]] bool IsTabStop() const override { return true; }
   [[nodiscard]] wxString GetReadableText() const override;

@@ -69,10 +69,9 @@ std::vector<wxDataViewItem> TreeModel::Parents() const {
   return parents;
 }
 
-bool TreeModel::Toggle(const wxDataViewItem& item) {
+void TreeModel::Toggle(const wxDataViewItem& item) {
   const Node* const node = NodeOf(item);
-  if (node == nullptr || !node->mRow.mHasCheckBox) return false;
-  return ChangeValue(!node->mRow.mIsChecked, item, kCheckColumn);
+  if (node != nullptr && node->mRow.mHasCheckBox) ChangeValue(!node->mRow.mIsChecked, item, kCheckColumn);
 }
 
 bool TreeModel::IsContainer(const wxDataViewItem& item) const {

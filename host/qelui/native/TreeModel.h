@@ -32,8 +32,8 @@ class TreeModel final : public wxDataViewModel {
   /// Calls `visit` for each row, with its depth below the first level.
   void ForEachRow(const std::function<void(const TreeRow& row, int depth)>& visit) const;
 
-  /// Changes the check box as the user does. Returns whether the row has one.
-  bool Toggle(const wxDataViewItem& item);
+  /// Changes the row's check box, if it has one, as the user does.
+  void Toggle(const wxDataViewItem& item);
 
   bool IsContainer(const wxDataViewItem& item) const override;
   bool HasContainerColumns(const wxDataViewItem& item) const override;

@@ -119,7 +119,8 @@ void ViewControl::ForEachControl(const std::function<void(NativeControl&)>& visi
   for (NativeControl* const control : mControls) {
     visit(*control);
     if (auto* const view = dynamic_cast<ViewControl*>(control)) view->ForEachControl(visit);
-    if (auto* const scroll = dynamic_cast<ScrollControl*>(control)) scroll->GetContent().ForEachControl(visit);
+    if (auto* const scroll = dynamic_cast<ScrollControl*>(control))
+      scroll->GetContent().ForEachControl(visit);
   }
 }
 

@@ -7,8 +7,8 @@
 
 namespace qelui::native {
 
-/// A layout asks for heights at some widths again and again: with and without a scroll bar, at the least width
-/// and at the present one.
+/// A layout asks for heights at some widths again and again: with and without a scroll bar, at the least
+/// width and at the present one.
 class WidthCache {
  public:
   void Forget() { *this = {}; }

@@ -7,7 +7,8 @@ namespace qelsystemcompatibilityreport {
 /// call in a process does anything. Any thread may call.
 void ListenToAppStates();
 
-/// Listens with a new listener in place of the one that there is, which ends. `ListenToAppStates` does it once.
+/// Listens with a new listener in place of the one that there is, which ends. `ListenToAppStates` does it
+/// once.
 void ReplaceAppStateListener();
 
 }  // namespace qelsystemcompatibilityreport

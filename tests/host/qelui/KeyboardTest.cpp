@@ -54,9 +54,8 @@ TEST_F(KeyboardTest, TheFocusIsOnTheCloseControlWhenTheOkButtonIsHidden) {
 TEST_F(KeyboardTest, TabGoesThroughTheButtonsInTheOrderOfAddingAndRound) {
   ListDialog dialog(SampleRows(3));
   RunWith(dialog, [&] {
-    EXPECT_EQ(CaptionsByTab(6),
-              (std::vector<std::string>{"Fix...", "Info...", "Info...", "Export Report...",
-                                        "Continue with known issues...", "Fix..."}));
+    EXPECT_EQ(CaptionsByTab(6), (std::vector<std::string>{"Fix...", "Info...", "Info...", "Export Report...",
+                                                          "Continue with known issues...", "Fix..."}));
     EXPECT_EQ(CaptionsByTab(2, wxMOD_SHIFT),
               (std::vector<std::string>{"Continue with known issues...", "Export Report..."}));
     dialog.Close();
@@ -69,7 +68,7 @@ TEST_F(KeyboardTest, HidingAViewTakesItsButtonsOutOfTheTabOrder) {
   dialog.mRowButtons[1]->SetActive(false);
   RunWith(dialog, [&] {
     EXPECT_EQ(CaptionsByTab(4), (std::vector<std::string>{"Info...", "Export Report...",
-                                                         "Continue with known issues...", "Info..."}));
+                                                          "Continue with known issues...", "Info..."}));
     dialog.Close();
   });
 }
@@ -94,10 +93,13 @@ TEST_F(KeyboardTest, AltAndTheLetterOfACaptionChooseTheButton) {
   int count = 0;
   dialog.mExport->SetAction([&] { ++count; });
   RunWith(dialog, [&] {
+    const wxTopLevelWindow* const window = TopWindow();
     PressKey('E', wxMOD_ALT);
-    EXPECT_EQ(count, 1);
+    EXPECT_TRUE(WaitUntil([&] { return count == 1; }));
     PressKey('C', wxMOD_ALT);
+    EXPECT_TRUE(WaitUntil([&] { return !window->IsShown(); }));
   });
+  EXPECT_EQ(count, 1);
 }
 
 TEST_F(KeyboardTest, FocusedRowsAreScrolledIntoView) {

@@ -98,8 +98,8 @@ std::vector<SampleRow> SampleRows(std::size_t count) {
           u"report again; until then it is better to work without the second screen, and to save often.";
     }
     rows.push_back({index % 2 == 0 ? u"Unsupported Video Driver" : u"Unsupported Audio Driver",
-                    (index % 2 == 0 ? u"Video: Graphics Device & Sons <b>" : u"Audio: Sound Device ") + number +
-                        u" (10.18.10.4252)",
+                    (index % 2 == 0 ? u"Video: Graphics Device & Sons <b>" : u"Audio: Sound Device ") +
+                        number + u" (10.18.10.4252)",
                     message, index % 3 == 0});
   }
   return rows;
@@ -107,9 +107,8 @@ std::vector<SampleRow> SampleRows(std::size_t count) {
 
 std::vector<TreeRow> SampleTreeRows() {
   const auto group = [](std::u16string current, std::u16string optimal) {
-    return std::vector<TreeRow>{
-        TreeRow{.mCells = {u"", u"CURRENT", u"OPTIMAL"}, .mStyle = FontStyle::kBold},
-        TreeRow{.mCells = {u"", std::move(current), std::move(optimal)}}};
+    return std::vector<TreeRow>{TreeRow{.mCells = {u"", u"CURRENT", u"OPTIMAL"}, .mStyle = FontStyle::kBold},
+                                TreeRow{.mCells = {u"", std::move(current), std::move(optimal)}}};
   };
   return {TreeRow{.mCells = {u"Power plan"},
                   .mHasCheckBox = true,

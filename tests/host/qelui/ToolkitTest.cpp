@@ -1,16 +1,21 @@
 #include "tests/host/qelui/ToolkitTest.h"
 
+#include <gtk/gtk.h>
 #include <wx/app.h>
 #include <wx/button.h>
 #include <wx/dialog.h>
 #include <wx/eventfilter.h>
 #include <wx/evtloop.h>
 #include <wx/nativewin.h>
+#include <wx/timer.h>
 #include <wx/uiaction.h>
+#include <wx/utils.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <set>
+#include <utility>
 
 #include "host/qelui/HostSetup.h"
 
@@ -19,6 +24,27 @@ namespace qelui::test {
 namespace {
 
 constexpr std::chrono::seconds kLongTime{30};
+
+/// Asks again and again, without an event loop of its own.
+class Waiting final : public wxTimer {
+ public:
+  Waiting(std::function<bool()> condition, std::function<void()> script)
+      : mCondition(std::move(condition)), mScript(std::move(script)) {
+    Start(10);
+  }
+
+  void Notify() override {
+    if (!mCondition()) return;
+    Stop();
+    mScript();
+  }
+
+ private:
+  std::function<bool()> mCondition;
+  std::function<void()> mScript;
+};
+
+std::vector<std::unique_ptr<Waiting>> gWaiting;
 
 /// Counts the events of one kind that reach the application.
 class EventCounter final : public wxEventFilter {
@@ -38,6 +64,26 @@ class EventCounter final : public wxEventFilter {
   int mCount = 0;
 };
 
+/// Some of the system's own dialogs have an event loop that wxWidgets does not know.
+void HandleEvents(unsigned long milliseconds) {
+  if (wxEventLoopBase* const loop = wxEventLoopBase::GetActive()) {
+    loop->DispatchTimeout(milliseconds);
+  } else if (gtk_main_iteration_do(FALSE) == FALSE) {
+    wxMilliSleep(milliseconds);
+  }
+}
+
+/// The window that has the keyboard; null when it is none of this program's.
+GtkWindow* ActiveWindow() {
+  GtkWindow* active = nullptr;
+  GList* const windows = gtk_window_list_toplevels();
+  for (GList* node = windows; node != nullptr; node = node->next) {
+    if (gtk_window_is_active(GTK_WINDOW(node->data)) != FALSE) active = GTK_WINDOW(node->data);
+  }
+  g_list_free(windows);
+  return active;
+}
+
 std::set<const wxWindow*> ShownWindows() {
   std::set<const wxWindow*> shown;
   for (const wxWindow* const window : wxTopLevelWindows) {
@@ -46,10 +92,10 @@ std::set<const wxWindow*> ShownWindows() {
   return shown;
 }
 
-/// Sends input and handles events until it has arrived, or a window was opened or closed meanwhile, which may
-/// take the rest of the input to another program.
-void SendInput(wxEventType lastEvent, const std::function<void(wxUIActionSimulator&)>& send) {
-  const EventCounter counter(lastEvent);
+/// Sends input and handles events until its last key was released, or a window was opened or closed
+/// meanwhile, which may take the rest of the input to another program.
+void SendInput(const std::function<void(wxUIActionSimulator&)>& send) {
+  const EventCounter counter(wxEVT_KEY_UP);
   const std::set<const wxWindow*> before = ShownWindows();
   wxUIActionSimulator simulator;
   send(simulator);
@@ -57,13 +103,26 @@ void SendInput(wxEventType lastEvent, const std::function<void(wxUIActionSimulat
   while (wxEventLoopBase::GetActive()->Pending()) wxEventLoopBase::GetActive()->Dispatch();
 }
 
+/// Not every window tells of the mouse; a key without a meaning that was pressed later tells that the mouse's
+/// events were handled.
+void SendMouse(const wxPoint& place, const std::function<void(wxUIActionSimulator&)>& click) {
+  SendInput([&](wxUIActionSimulator& simulator) {
+    simulator.MouseMove(place);
+    click(simulator);
+    simulator.Char(WXK_F9);
+  });
+}
+
 }  // namespace
 
-void ToolkitTest::SetUp() {
+ToolkitTest::ToolkitTest() {
   host::StartToolkit();
 }
 
-void ToolkitTest::TearDown() {
+ToolkitTest::~ToolkitTest() {
+  for (const std::unique_ptr<Waiting>& waiting : gWaiting)
+    EXPECT_FALSE(waiting->IsRunning()) << "what was waited for did not happen";
+  gWaiting.clear();
   host::StopToolkit();
 }
 
@@ -71,9 +130,19 @@ bool WaitUntil(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + kLongTime;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
-    wxEventLoopBase::GetActive()->DispatchTimeout(10);
+    HandleEvents(10);
   }
   return true;
+}
+
+bool IsFileDialogInFront() {
+  GtkWindow* const window = ActiveWindow();
+  return window != nullptr && GTK_IS_FILE_CHOOSER(window);
+}
+
+bool IsMessageInFront() {
+  GtkWindow* const window = ActiveWindow();
+  return window != nullptr && GTK_IS_MESSAGE_DIALOG(window);
 }
 
 wxTopLevelWindow* TopWindow() {
@@ -134,23 +203,30 @@ std::vector<wxWindow*> FindTexts() {
 }
 
 void PressKey(int key, int modifiers) {
-  SendInput(wxEVT_KEY_UP, [&](wxUIActionSimulator& simulator) { simulator.Char(key, modifiers); });
+  SendInput([&](wxUIActionSimulator& simulator) { simulator.Char(key, modifiers); });
+}
+
+void PressRawKey(int key, int modifiers) {
+  EXPECT_TRUE(wxUIActionSimulator().Char(key, modifiers));
+}
+
+void RunWhen(std::function<bool()> condition, std::function<void()> script) {
+  gWaiting.push_back(std::make_unique<Waiting>(std::move(condition), std::move(script)));
+}
+
+void ClickAt(const wxPoint& placeOnScreen) {
+  SendMouse(placeOnScreen, [](wxUIActionSimulator& simulator) { simulator.MouseClick(); });
 }
 
 void Click(const wxWindow& window) {
-  SendInput(wxEVT_LEFT_UP, [&](wxUIActionSimulator& simulator) {
-    const wxRect place = window.GetScreenRect();
-    simulator.MouseMove(place.x + place.width / 2, place.y + place.height / 2);
-    simulator.MouseClick();
-  });
+  const wxRect place = window.GetScreenRect();
+  ClickAt(place.GetPosition() + place.GetSize() / 2);
 }
 
 void DoubleClickAtStart(const wxWindow& window) {
-  SendInput(wxEVT_LEFT_UP, [&](wxUIActionSimulator& simulator) {
-    const wxRect place = window.GetScreenRect();
-    simulator.MouseMove(place.x + 4, place.y + place.height / 2);
-    simulator.MouseDblClick();
-  });
+  const wxRect place = window.GetScreenRect();
+  SendMouse({place.x + 4, place.y + place.height / 2},
+            [](wxUIActionSimulator& simulator) { simulator.MouseDblClick(); });
 }
 
 void TypeText(const std::string& text) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <wx/window.h>
+#include <wx/toplevel.h>
 
 #include <functional>
 #include <string>
@@ -10,14 +10,13 @@
 
 #include "tests/host/qelui/SampleDialogs.h"
 
-class wxTopLevelWindow;
-
 namespace qelui::test {
 
 class ToolkitTest : public testing::Test {
  protected:
-  void SetUp() override;
-  void TearDown() override;
+  /// The toolkit lives longer than what a test class has as members.
+  ToolkitTest();
+  ~ToolkitTest() override;
 };
 
 /// Runs `dialog`, and `script` from inside its event loop as soon as its window has the focus. Closes the
@@ -29,6 +28,10 @@ void RunWith(UI_Dialog& dialog, const std::function<void()>& script);
 
 /// The uppermost open window.
 [[nodiscard]] wxTopLevelWindow* TopWindow();
+
+/// Whether one of the system's own dialogs is open and has the keyboard.
+[[nodiscard]] bool IsFileDialogInFront();
+[[nodiscard]] bool IsMessageInFront();
 
 /// The button whose caption is that; null when there is none.
 [[nodiscard]] wxWindow* FindButton(const std::string& caption, wxWindow* within = nullptr);
@@ -44,6 +47,15 @@ void PressKey(int key, int modifiers = 0);
 
 /// Clicks into the middle of the window as a user does, and handles what follows.
 void Click(const wxWindow& window);
+
+void ClickAt(const wxPoint& placeOnScreen);
+
+/// Presses a key without waiting, for windows that tell nothing of their keys.
+void PressRawKey(int key, int modifiers = 0);
+
+/// Runs `script` from inside the event loop that runs when `condition` has become true. What is still waiting
+/// at the end of the test fails it.
+void RunWhen(std::function<bool()> condition, std::function<void()> script);
 
 /// Selects the first word of the text in that window as a user does with the mouse.
 void DoubleClickAtStart(const wxWindow& window);

@@ -99,9 +99,7 @@ class LabelText final : public SelectableText {
     return height;
   }
 
-  bool HasSelection() override {
-    return gtk_label_get_selection_bounds(mLabel, nullptr, nullptr) != FALSE;
-  }
+  bool HasSelection() override { return gtk_label_get_selection_bounds(mLabel, nullptr, nullptr) != FALSE; }
 
  private:
   // Attributes are relative to the system's font and follow when it changes.

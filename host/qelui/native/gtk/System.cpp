@@ -22,8 +22,8 @@ void TraceMessage(const gchar* domain, GLogLevelFlags level, const gchar* messag
     gPreviousHandler(domain, level, message, data);
   const int traceLevel = (level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL)) != 0 ? 1 : 5;
   if (!qelcore::TraceEnabled(kChannel, traceLevel)) return;
-  const std::string text = (domain != nullptr ? std::string(domain) + ": " : std::string()) +
-                           (message != nullptr ? message : "");
+  const std::string text =
+      (domain != nullptr ? std::string(domain) + ": " : std::string()) + (message != nullptr ? message : "");
   qelcore::TraceOutput(kChannel, traceLevel, text);
 }
 
@@ -43,7 +43,17 @@ void PrepareSystem() {
 }
 
 void SetAccessibleName(wxWindow& window, const wxString& name) {
-  atk_object_set_name(gtk_widget_get_accessible(window.GetHandle()), name.utf8_str());
+  GtkWidget* widget = window.GetHandle();
+  if (GTK_IS_SCROLLED_WINDOW(widget)) {
+    // What scrolls by itself is meant, not the frame with its scroll bars.
+    GtkWidget* const inner = gtk_bin_get_child(GTK_BIN(widget));
+    if (GTK_IS_TREE_VIEW(inner) || GTK_IS_TEXT_VIEW(inner)) widget = inner;
+  }
+  atk_object_set_name(gtk_widget_get_accessible(widget), name.utf8_str());
+}
+
+void MarkAsDialog(wxWindow& window) {
+  atk_object_set_role(gtk_widget_get_accessible(window.GetHandle()), ATK_ROLE_DIALOG);
 }
 
 void MakeLookLikeLink(wxButton& button) {
