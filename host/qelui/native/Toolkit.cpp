@@ -83,7 +83,9 @@ class WxToolkit final : public host::NativeToolkit {
     mIsStarted = wxEntryStart(count, arguments.data());
     // The start ends with a log of its own in place.
     delete wxLog::SetActiveTarget(mIsStarted ? new TraceLog : nullptr);
-    return mIsStarted && wxTheApp->CallOnInit();
+    if (!mIsStarted || !wxTheApp->CallOnInit()) return false;
+    SetDefaultDirection(wxTheApp->GetLayoutDirection() == wxLayout_RightToLeft);
+    return true;
   }
 
   NodeManager& GetNodeManager() override { return mNodeManager; }

@@ -83,9 +83,7 @@ bool TreeModel::HasContainerColumns(const wxDataViewItem& /*item*/) const {
 }
 
 bool TreeModel::HasValue(const wxDataViewItem& item, unsigned column) const {
-  const TreeRow& row = NodeOf(item)->mRow;
-  if (column == kCheckColumn) return row.mHasCheckBox;
-  return column - kFirstTextColumn < row.mCells.size();
+  return column != kCheckColumn || NodeOf(item)->mRow.mHasCheckBox;
 }
 
 wxDataViewItem TreeModel::GetParent(const wxDataViewItem& item) const {

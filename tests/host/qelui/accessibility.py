@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """Looks at the sample dialogs as a screen reader does: accessibility.py SAMPLE_PROGRAM"""
+import select
 import subprocess
 import sys
 import time
@@ -38,7 +39,7 @@ def is_shown(node):
 
 class SampleTest(unittest.TestCase):
     def show(self, sample):
-        self.process = subprocess.Popen([PROGRAM, sample], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([PROGRAM, sample], stdout=subprocess.PIPE, bufsize=0)
         self.addCleanup(self.end)
         self.window = wait_for("the window", self.find_window)
 
@@ -67,7 +68,10 @@ class SampleTest(unittest.TestCase):
         self.assertTrue(node.queryAction().doAction(0))
 
     def said(self):
-        return self.process.stdout.readline().strip()
+        """The next line that the program says."""
+        readable, _, _ = select.select([self.process.stdout], [], [], LONG_TIME)
+        self.assertTrue(readable, "the program says nothing")
+        return self.process.stdout.readline().decode().strip()
 
 
 class ListTest(SampleTest):
@@ -120,21 +124,28 @@ class TreeTest(SampleTest):
         self.show("tree")
         self.assertEqual(self.said(), "started")
 
-    def test_rows(self):
+    def rows(self):
+        """The tree's cells by row, in the order of the screen."""
         tree = self.control(pyatspi.ROLE_TREE_TABLE, "Optimizations")
-        cells = [node.name for node in below(tree) if node.name]
-        for cell in ["Power plan", "CURRENT", "OPTIMAL", "Balanced", "Hardware & audio buffering"]:
-            self.assertIn(cell, cells)
+        cells = [node for node in below(tree) if node.getRole() == pyatspi.ROLE_TABLE_CELL]
+        return [cells[place:place + 4] for place in range(0, len(cells), 4)]
+
+    def test_rows(self):
+        self.assertEqual([[cell.name for cell in row[1:]] for row in self.rows()], [
+            ["Power plan", "", ""], ["", "CURRENT", "OPTIMAL"], ["", "Balanced", "High performance"],
+            ["Hardware & audio buffering", "", ""], ["", "CURRENT", "OPTIMAL"], ["", "256 samples", "1024 samples"],
+            ["Already as it should be", "", ""], ["", "CURRENT", "OPTIMAL"], ["", "On", "On"]])
+
+    def test_check_marks(self):
+        self.assertEqual([row[0].getState().contains(pyatspi.STATE_CHECKED) for row in self.rows()],
+                         [True] + 8 * [False])
 
     def test_a_check_box_can_be_changed(self):
-        tree = self.control(pyatspi.ROLE_TREE_TABLE, "Optimizations")
-        boxes = [node for node in below(tree) if "toggle" in
-                 [node.queryAction().getName(index) for index in range(node.queryAction().nActions)]]
-        self.assertTrue(boxes)
-        self.assertTrue(boxes[0].getState().contains(pyatspi.STATE_CHECKED))
-        names = [boxes[0].queryAction().getName(index) for index in range(boxes[0].queryAction().nActions)]
-        boxes[0].queryAction().doAction(names.index("toggle"))
-        self.assertEqual(self.said(), "row 0 unchecked")
+        for row, line in [(0, "row 0 unchecked"), (3, "row 1 checked"), (0, "row 0 checked")]:
+            box = self.rows()[row][0]
+            actions = [box.queryAction().getName(index) for index in range(box.queryAction().nActions)]
+            self.assertTrue(box.queryAction().doAction(actions.index("toggle")))
+            self.assertEqual(self.said(), line)
 
     def test_the_progress_indicator_has_a_name(self):
         self.assertIn("Looking at this machine", [node.name for node in below(self.window) if is_shown(node)])
