@@ -9,7 +9,6 @@
 #include "platform/qelui/Controls.h"
 
 class wxButton;
-class wxDataViewColumn;
 class wxWindow;
 
 namespace qelui::native {
@@ -28,9 +27,6 @@ class SystemMessages {
 /// that they have.
 void PrepareSystem();
 
-/// Makes the system's own dialogs and parts of controls go the way that the application's language is written.
-void SetDefaultDirection(bool isRightToLeft);
-
 /// What a screen reader calls the window.
 void SetAccessibleName(wxWindow& window, const wxString& name);
 
@@ -43,9 +39,6 @@ void MakeLookLikeLink(wxButton& button);
 /// Makes the window's scroll bars stand beside its content and be seen as long as there is something to
 /// scroll, instead of only while the pointer moves.
 void ShowScrollBarsAlways(wxWindow& window);
-
-/// Makes screen readers see no check mark in the cells of that column that have no check box.
-void ClearHiddenCheckMarks(wxDataViewColumn& column);
 
 /// The handle that dialogs tell the library; null on systems that have none.
 [[nodiscard]] void* GetSystemHandle(wxWindow& window);

@@ -83,9 +83,7 @@ class WxToolkit final : public host::NativeToolkit {
     mIsStarted = wxEntryStart(count, arguments.data());
     // The start ends with a log of its own in place.
     delete wxLog::SetActiveTarget(mIsStarted ? new TraceLog : nullptr);
-    if (!mIsStarted || !wxTheApp->CallOnInit()) return false;
-    SetDefaultDirection(wxTheApp->GetLayoutDirection() == wxLayout_RightToLeft);
-    return true;
+    return mIsStarted && wxTheApp->CallOnInit();
   }
 
   NodeManager& GetNodeManager() override { return mNodeManager; }

@@ -1,7 +1,6 @@
 #include "host/qelui/native/TreeControl.h"
 
 #include <wx/dataview.h>
-#include <wx/utils.h>
 
 #include <algorithm>
 #include <numeric>
@@ -40,12 +39,7 @@ TreeControl::TreeControl(ControlHost& host, wxWindow& parent, std::size_t column
         wxCOL_WIDTH_DEFAULT, wxALIGN_NOT, wxDATAVIEW_COL_RESIZABLE);
     if (index == 0) mTree->SetExpanderColumn(column);
   }
-  ClearHiddenCheckMarks(*mTree->GetColumn(TreeModel::kCheckColumn));
   SetAccessibleName(name);
-  mTree->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent& event) {
-    // A screen reader's choice. The mouse has changed the check box already.
-    if (!wxGetMouseState().LeftIsDown()) mModel->Toggle(event.GetItem());
-  });
 }
 
 TreeControl::~TreeControl() = default;

@@ -83,7 +83,9 @@ bool TreeModel::HasContainerColumns(const wxDataViewItem& /*item*/) const {
 }
 
 bool TreeModel::HasValue(const wxDataViewItem& item, unsigned column) const {
-  return column != kCheckColumn || NodeOf(item)->mRow.mHasCheckBox;
+  const TreeRow& row = NodeOf(item)->mRow;
+  if (column == kCheckColumn) return row.mHasCheckBox;
+  return column - kFirstTextColumn < row.mCells.size();
 }
 
 wxDataViewItem TreeModel::GetParent(const wxDataViewItem& item) const {

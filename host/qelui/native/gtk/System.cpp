@@ -2,7 +2,6 @@
 
 #include <gtk/gtk.h>
 #include <wx/button.h>
-#include <wx/dataview.h>
 
 #include <clocale>
 #include <string>
@@ -43,10 +42,6 @@ void PrepareSystem() {
   std::setlocale(LC_MESSAGES, "");
 }
 
-void SetDefaultDirection(bool isRightToLeft) {
-  gtk_widget_set_default_direction(isRightToLeft ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);
-}
-
 void SetAccessibleName(wxWindow& window, const wxString& name) {
   GtkWidget* widget = window.GetHandle();
   if (GTK_IS_SCROLLED_WINDOW(widget)) {
@@ -71,15 +66,6 @@ void ShowScrollBarsAlways(wxWindow& window) {
   GtkWidget* const widget = window.GetHandle();
   if (GTK_IS_SCROLLED_WINDOW(widget))
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(widget), FALSE);
-}
-
-void ClearHiddenCheckMarks(wxDataViewColumn& column) {
-  // The one renderer of the column keeps the mark of the cell before when it is hidden for a cell.
-  const auto clear = +[](GObject* renderer, GParamSpec* /*property*/, gpointer /*data*/) {
-    if (gtk_cell_renderer_get_visible(GTK_CELL_RENDERER(renderer)) == FALSE)
-      gtk_cell_renderer_toggle_set_active(GTK_CELL_RENDERER_TOGGLE(renderer), FALSE);
-  };
-  g_signal_connect(column.GetRenderer()->GetGtkHandle(), "notify::visible", G_CALLBACK(clear), nullptr);
 }
 
 void* GetSystemHandle(wxWindow& /*window*/) {
