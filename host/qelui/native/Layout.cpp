@@ -20,6 +20,13 @@ int Gaps(const std::vector<LayoutItem*>& items, int gap) {
   return items.empty() ? 0 : gap * (static_cast<int>(items.size()) - 1);
 }
 
+std::vector<int> Widths(const std::vector<LayoutItem*>& items, int (LayoutItem::*widthOf)()) {
+  std::vector<int> widths(items.size());
+  std::transform(items.begin(), items.end(), widths.begin(),
+                 [&](LayoutItem* item) { return (item->*widthOf)(); });
+  return widths;
+}
+
 /// Brings the sum of the lengths down by `excess`, as far as the least lengths allow: always from the longest
 /// first, so that a short text beside a long one keeps its line.
 void Shrink(std::vector<int>& lengths, const std::vector<int>& least, int excess) {
@@ -77,16 +84,12 @@ bool StackLayout::GoesAcrossIn(int width) const {
 
 int StackLayout::GetMinimumWidth() const {
   const std::vector<LayoutItem*> items = ShownItems();
-  std::vector<int> widths;
-  for (LayoutItem* const item : items) widths.push_back(item->GetMinimumWidth());
-  return Together(widths, Gaps(items, mGap));
+  return Together(Widths(items, &LayoutItem::GetMinimumWidth), Gaps(items, mGap));
 }
 
 int StackLayout::GetPreferredWidth() const {
   const std::vector<LayoutItem*> items = ShownItems();
-  std::vector<int> widths;
-  for (LayoutItem* const item : items) widths.push_back(item->GetPreferredWidth());
-  return Together(widths, Gaps(items, mGap));
+  return Together(Widths(items, &LayoutItem::GetPreferredWidth), Gaps(items, mGap));
 }
 
 int StackLayout::Together(const std::vector<int>& widths, int gaps) const {
@@ -95,19 +98,15 @@ int StackLayout::Together(const std::vector<int>& widths, int gaps) const {
 }
 
 std::vector<int> StackLayout::WidthsAcross(const std::vector<LayoutItem*>& items, int width) const {
-  std::vector<int> widths;
-  std::vector<int> least;
-  std::vector<bool> grows;
-  for (LayoutItem* const item : items) {
-    widths.push_back(item->GetPreferredWidth());
-    least.push_back(item->GetMinimumWidth());
-    grows.push_back(item->TakesWidth());
-  }
+  std::vector<int> widths = Widths(items, &LayoutItem::GetPreferredWidth);
   const int rest = width - Gaps(items, mGap) - Sum(widths);
   if (rest >= 0) {
+    std::vector<bool> grows(items.size());
+    std::transform(items.begin(), items.end(), grows.begin(),
+                   [](const LayoutItem* item) { return item->TakesWidth(); });
     Grow(widths, grows, rest);
   } else {
-    Shrink(widths, least, -rest);
+    Shrink(widths, Widths(items, &LayoutItem::GetMinimumWidth), -rest);
   }
   return widths;
 }

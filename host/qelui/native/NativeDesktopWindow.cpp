@@ -4,13 +4,13 @@
 #include <wx/frame.h>
 #include <wx/menu.h>
 #include <wx/panel.h>
-#include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
 #include <utility>
 
+#include "host/qelui/native/Measures.h"
 #include "host/qelui/native/ModalLevel.h"
 #include "host/qelui/native/System.h"
 #include "host/qelui/native/Text.h"
@@ -24,9 +24,7 @@ constexpr int kLetters = 90;
 constexpr int kLines = 28;
 
 wxFont FixedFont(const wxWindow& window) {
-  wxFont font = wxSystemSettings::GetFont(wxSYS_ANSI_FIXED_FONT);
-  font.SetFractionalPointSize(window.GetFont().GetFractionalPointSize());
-  return font;
+  return wxFont(wxFontInfo(window.GetFont().GetFractionalPointSize()).Family(wxFONTFAMILY_TELETYPE));
 }
 
 }  // namespace
@@ -44,12 +42,12 @@ NativeDesktopWindow::NativeDesktopWindow() : mFrame(new wxFrame(nullptr, wxID_AN
                           wxTE_PROCESS_ENTER);
   mInput->SetFont(mLog->GetFont());
   auto* const row = new wxBoxSizer(wxHORIZONTAL);
-  row->Add(mInputLabel, wxSizerFlags().CentreVertical().Border(wxRIGHT));
+  row->Add(mInputLabel, wxSizerFlags().CentreVertical().Border(wxRIGHT, UsualBorder(*panel)));
   row->Add(mInput, wxSizerFlags(1).CentreVertical());
   mInputRow->SetSizer(row);
   auto* const column = new wxBoxSizer(wxVERTICAL);
   column->Add(mLog, wxSizerFlags(1).Expand());
-  column->Add(mInputRow, wxSizerFlags().Expand().Border(wxALL));
+  column->Add(mInputRow, wxSizerFlags().Expand().Border(wxALL, UsualBorder(*panel)));
   panel->SetSizer(column);
   column->Hide(mInputRow);
 

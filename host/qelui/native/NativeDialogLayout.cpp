@@ -61,11 +61,14 @@ void NativeDialog::ChooseSize() {
     if (larger != present) SetSize(larger);
     return;
   }
-  SetSize(size);
-  LayOutAt(size);
-  if (!mContentSize) return;
-  size += MissingForContent();
-  size.DecTo(limit);
+  if (mContentSize) {
+    LayOutAt(size);
+    size.SetWidth(std::min(size.GetWidth() + MissingForContent().GetWidth(), limit.GetWidth()));
+    // What is wider may be lower.
+    size.SetHeight(std::min(view.GetPreferredHeight(size.GetWidth()), limit.GetHeight()));
+    LayOutAt(size);
+    size.SetHeight(std::min(size.GetHeight() + MissingForContent().GetHeight(), limit.GetHeight()));
+  }
   SetSize(size);
   LayOutAt(size);
 }

@@ -9,6 +9,8 @@
 #include "platform/qelui/Controls.h"
 
 class wxButton;
+class wxDataViewColumn;
+class wxDataViewCtrl;
 class wxWindow;
 
 namespace qelui::native {
@@ -27,6 +29,10 @@ class SystemMessages {
 /// that they have.
 void PrepareSystem();
 
+/// Makes the system's own dialogs and parts of controls go the way that the application's language is
+/// written.
+void SetDefaultDirection(bool isRightToLeft);
+
 /// What a screen reader calls the window.
 void SetAccessibleName(wxWindow& window, const wxString& name);
 
@@ -39,6 +45,12 @@ void MakeLookLikeLink(wxButton& button);
 /// Makes the window's scroll bars stand beside its content and be seen as long as there is something to
 /// scroll, instead of only while the pointer moves.
 void ShowScrollBarsAlways(wxWindow& window);
+
+/// Shows the first row of the tree.
+void ScrollToTop(wxDataViewCtrl& tree);
+
+/// Makes screen readers see no check mark in the cells of that column that have no check box.
+void ClearHiddenCheckMarks(wxDataViewColumn& column);
 
 /// The handle that dialogs tell the library; null on systems that have none.
 [[nodiscard]] void* GetSystemHandle(wxWindow& window);

@@ -67,23 +67,28 @@ class WxToolkit final : public host::NativeToolkit {
   ~WxToolkit() override {
     if (!mIsStarted) return;
     wxTheApp->OnExit();
+    // The end would delete a log that is in place.
+    wxLog::SetActiveTarget(nullptr);
     wxEntryCleanup();
-    delete wxLog::SetActiveTarget(nullptr);
   }
 
   /// Returns whether there can be windows.
   [[nodiscard]] bool Start() {
     PrepareSystem();
     wxSetAssertHandler(TraceAssertion);
-    delete wxLog::SetActiveTarget(new TraceLog);
+    // Without a display the start complains at length about what its result tells.
+    wxLog::EnableLogging(false);
     wxApp::SetInstance(new Application);
     std::string name = qelcore::string::UTF16to8(qelcore::GetApplicationName());
     std::array<char*, 2> arguments{name.data(), nullptr};
     int count = 1;
     mIsStarted = wxEntryStart(count, arguments.data());
-    // The start ends with a log of its own in place.
-    delete wxLog::SetActiveTarget(mIsStarted ? new TraceLog : nullptr);
-    return mIsStarted && wxTheApp->CallOnInit();
+    wxLog::EnableLogging(true);
+    if (!mIsStarted) return false;
+    delete wxLog::SetActiveTarget(&mLog);
+    if (!wxTheApp->CallOnInit()) return false;
+    SetDefaultDirection(wxTheApp->GetLayoutDirection() == wxLayout_RightToLeft);
+    return true;
   }
 
   NodeManager& GetNodeManager() override { return mNodeManager; }
@@ -94,6 +99,7 @@ class WxToolkit final : public host::NativeToolkit {
 
  private:
   SystemMessages mMessages;
+  TraceLog mLog;
   bool mIsStarted = false;
   NativeNodeManager mNodeManager;
 };

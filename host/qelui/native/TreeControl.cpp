@@ -1,6 +1,7 @@
 #include "host/qelui/native/TreeControl.h"
 
 #include <wx/dataview.h>
+#include <wx/utils.h>
 
 #include <algorithm>
 #include <numeric>
@@ -39,7 +40,12 @@ TreeControl::TreeControl(ControlHost& host, wxWindow& parent, std::size_t column
         wxCOL_WIDTH_DEFAULT, wxALIGN_NOT, wxDATAVIEW_COL_RESIZABLE);
     if (index == 0) mTree->SetExpanderColumn(column);
   }
+  ClearHiddenCheckMarks(*mTree->GetColumn(TreeModel::kCheckColumn));
   SetAccessibleName(name);
+  mTree->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent& event) {
+    // A screen reader's choice. The mouse has changed the check box already.
+    if (!wxGetMouseState().LeftIsDown()) mModel->Toggle(event.GetItem());
+  });
 }
 
 TreeControl::~TreeControl() = default;
@@ -63,8 +69,7 @@ void TreeControl::OnCheck(std::size_t row, bool isChecked) {
 }
 
 void TreeControl::ScrollToTop() {
-  const std::vector<wxDataViewItem> items = mModel->FirstLevel();
-  if (!items.empty()) mTree->EnsureVisible(items.front());
+  native::ScrollToTop(*mTree);
 }
 
 void TreeControl::ToggleCurrentRow() {

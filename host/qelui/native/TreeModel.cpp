@@ -49,12 +49,6 @@ void TreeModel::ForEachRow(const std::function<void(const TreeRow& row, int dept
   Visit(mNodes, 0, visit);
 }
 
-std::vector<wxDataViewItem> TreeModel::FirstLevel() const {
-  std::vector<wxDataViewItem> items;
-  for (const std::unique_ptr<Node>& node : mNodes) items.push_back(ItemOf(*node));
-  return items;
-}
-
 void TreeModel::AppendParents(const Nodes& nodes, std::vector<wxDataViewItem>& parents) {
   for (const std::unique_ptr<Node>& node : nodes) {
     if (node->mChildren.empty()) continue;
@@ -83,9 +77,7 @@ bool TreeModel::HasContainerColumns(const wxDataViewItem& /*item*/) const {
 }
 
 bool TreeModel::HasValue(const wxDataViewItem& item, unsigned column) const {
-  const TreeRow& row = NodeOf(item)->mRow;
-  if (column == kCheckColumn) return row.mHasCheckBox;
-  return column - kFirstTextColumn < row.mCells.size();
+  return column != kCheckColumn || NodeOf(item)->mRow.mHasCheckBox;
 }
 
 wxDataViewItem TreeModel::GetParent(const wxDataViewItem& item) const {

@@ -25,7 +25,6 @@ class TreeModel final : public wxDataViewModel {
   void SetRows(std::vector<TreeRow> rows);
 
   [[nodiscard]] bool HasCheckBoxes() const;
-  [[nodiscard]] std::vector<wxDataViewItem> FirstLevel() const;
   /// All rows with rows below them, the outer ones first.
   [[nodiscard]] std::vector<wxDataViewItem> Parents() const;
 

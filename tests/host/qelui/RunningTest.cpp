@@ -1,8 +1,14 @@
 // What goes on while a dialog is open: timers, tasks, exceptions, and dialogs above it.
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <wx/log.h>
 #include <wx/toplevel.h>
 
 #include <stdexcept>
+#include <string>
+#include <string_view>
 
+#include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/Threads.h"
 #include "tests/host/qelui/ToolkitTest.h"
 
@@ -75,9 +81,9 @@ TEST_F(RunningTest, AnExceptionOfAnActionClosesTheDialogAndIsThrownAgain) {
 TEST_F(RunningTest, AnExceptionOfATimerClosesTheDialogAndIsThrownAgain) {
   TimedDialog dialog;
   dialog.InstallTimer(0.01);
-  dialog.mOnTimer = [](TimerID) { throw std::runtime_error("by the timer"); };
   EXPECT_EQ(WhatRunThrows(dialog,
                           [&] {
+                            dialog.mOnTimer = [](TimerID) { throw std::runtime_error("by the timer"); };
                             const wxTopLevelWindow* const window = TopWindow();
                             EXPECT_TRUE(WaitUntil([&] { return !window->IsShown(); }));
                           }),
@@ -187,6 +193,23 @@ TEST_F(RunningTest, ATaskThatThrowsDoesNotEndTheDialog) {
     EXPECT_TRUE(TopWindow()->IsShown());
     dialog.Close();
   });
+}
+
+TEST_F(RunningTest, TheSystemsMessagesGoToTheTraceAndNotToStandardError) {
+  std::string traced;
+  qelcore::host::SetTraceLevel(6);
+  qelcore::host::SetTraceSink([&](std::string_view channel, int level, std::string_view text) {
+    if (channel == "Toolkit") traced += std::to_string(level) + " " + std::string(text) + "\n";
+  });
+  testing::internal::CaptureStderr();
+  g_critical("a critical message");
+  g_log("Gtk", G_LOG_LEVEL_WARNING, "a warning");
+  wxLogError("an error");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_THAT(traced, testing::HasSubstr("a critical message"));
+  EXPECT_THAT(traced, testing::HasSubstr("a warning"));
+  EXPECT_THAT(traced, testing::HasSubstr("1 an error\n"));
+  qelcore::host::SetTraceSink({});
 }
 
 TEST_F(RunningTest, ARunningDialogComesToTheFront) {

@@ -132,13 +132,20 @@ TEST_F(TreeTest, AnExceptionOfACheckIsThrownAgainByTheRun) {
                std::runtime_error);
 }
 
-TEST_F(TreeTest, TenThousandRowsAreShown) {
+TEST_F(TreeTest, TenThousandRowsAreShownFromTheTop) {
   std::vector<TreeRow> rows;
   for (int row = 0; row < 10000; ++row) rows.push_back(TreeRow{.mCells = {u"Row", u"a", u"b"}});
   RunWithTree([&] {
     mDialog.mTree->SetRows(rows);
+    ASSERT_EQ(Below().size(), 10000U);
+    const auto isSeen = [&](std::size_t row) {
+      return mNative->GetMainWindow()->GetClientRect().Intersects(mNative->GetItemRect(Below()[row]));
+    };
+    MoveCursorTo(Below()[0]);
+    PressKey(WXK_END);
+    EXPECT_TRUE(WaitUntil([&] { return isSeen(9999); }));
     mDialog.mTree->ScrollToTop();
-    EXPECT_EQ(Below().size(), 10000U);
+    EXPECT_TRUE(WaitUntil([&] { return isSeen(0) && !isSeen(9999); }));
   });
 }
 

@@ -2,9 +2,9 @@
 
 #include <gtk/gtk.h>
 #include <wx/button.h>
+#include <wx/dataview.h>
 
 #include <clocale>
-#include <string>
 
 #include "platform/qelcore/Trace.h"
 
@@ -14,32 +14,43 @@ namespace {
 
 constexpr const char* kChannel = "Toolkit";
 
-GLogFunc gPreviousHandler = nullptr;
+/// Whether messages go to the trace. The writer itself can be set only once in a process.
+bool gTracesMessages = false;
 
-void TraceMessage(const gchar* domain, GLogLevelFlags level, const gchar* message, gpointer data) {
+GLogWriterOutput WriteMessage(GLogLevelFlags level, const GLogField* fields, gsize count, gpointer data) {
   // What ends the process has to be seen.
-  if ((level & G_LOG_FLAG_FATAL) != 0 && gPreviousHandler != nullptr)
-    gPreviousHandler(domain, level, message, data);
-  const int traceLevel = (level & (G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL)) != 0 ? 1 : 5;
-  if (!qelcore::TraceEnabled(kChannel, traceLevel)) return;
-  const std::string text =
-      (domain != nullptr ? std::string(domain) + ": " : std::string()) + (message != nullptr ? message : "");
-  qelcore::TraceOutput(kChannel, traceLevel, text);
+  if (!gTracesMessages || (level & (G_LOG_FLAG_FATAL | G_LOG_LEVEL_ERROR)) != 0)
+    return g_log_writer_default(level, fields, count, data);
+  const int traceLevel = (level & G_LOG_LEVEL_CRITICAL) != 0 ? 1 : 5;
+  if (qelcore::TraceEnabled(kChannel, traceLevel)) {
+    gchar* const text = g_log_writer_format_fields(level, fields, count, FALSE);
+    qelcore::TraceOutput(kChannel, traceLevel, text);
+    g_free(text);
+  }
+  return G_LOG_WRITER_HANDLED;
 }
 
 }  // namespace
 
 SystemMessages::SystemMessages() {
-  gPreviousHandler = g_log_set_default_handler(TraceMessage, nullptr);
+  static const bool isWriterSet = [] {
+    g_log_set_writer_func(WriteMessage, nullptr, nullptr);
+    return true;
+  }();
+  gTracesMessages = isWriterSet;
 }
 
 SystemMessages::~SystemMessages() {
-  g_log_set_default_handler(gPreviousHandler, nullptr);
+  gTracesMessages = false;
 }
 
 void PrepareSystem() {
   std::setlocale(LC_CTYPE, "");
   std::setlocale(LC_MESSAGES, "");
+}
+
+void SetDefaultDirection(bool isRightToLeft) {
+  gtk_widget_set_default_direction(isRightToLeft ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);
 }
 
 void SetAccessibleName(wxWindow& window, const wxString& name) {
@@ -66,6 +77,25 @@ void ShowScrollBarsAlways(wxWindow& window) {
   GtkWidget* const widget = window.GetHandle();
   if (GTK_IS_SCROLLED_WINDOW(widget))
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(widget), FALSE);
+}
+
+// wxWidgets' own way remembers the row until it is idle, when the row may be gone.
+void ScrollToTop(wxDataViewCtrl& tree) {
+  GtkWidget* const view = gtk_bin_get_child(GTK_BIN(tree.GetHandle()));
+  GtkTreePath* const first = gtk_tree_path_new_first();
+  GtkTreeIter row;
+  if (gtk_tree_model_get_iter(gtk_tree_view_get_model(GTK_TREE_VIEW(view)), &row, first) != FALSE)
+    gtk_tree_view_scroll_to_cell(GTK_TREE_VIEW(view), first, nullptr, TRUE, 0, 0);
+  gtk_tree_path_free(first);
+}
+
+void ClearHiddenCheckMarks(wxDataViewColumn& column) {
+  // The one renderer of the column keeps the mark of the cell before when it is hidden for a cell.
+  const auto clear = +[](GObject* renderer, GParamSpec* /*property*/, gpointer /*data*/) {
+    if (gtk_cell_renderer_get_visible(GTK_CELL_RENDERER(renderer)) == FALSE)
+      gtk_cell_renderer_toggle_set_active(GTK_CELL_RENDERER_TOGGLE(renderer), FALSE);
+  };
+  g_signal_connect(column.GetRenderer()->GetGtkHandle(), "notify::visible", G_CALLBACK(clear), nullptr);
 }
 
 void* GetSystemHandle(wxWindow& /*window*/) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace qelui::native {
@@ -12,6 +13,11 @@ struct Row {
   std::vector<std::string> mCaptions;
   std::string mLetters;  ///< one for each caption, "-" for none
 };
+
+std::ostream& operator<<(std::ostream& stream, const Row& row) {
+  for (const std::string& caption : row.mCaptions) stream << '"' << caption << "\" ";
+  return stream << "-> " << row.mLetters;
+}
 
 class MnemonicsTest : public testing::TestWithParam<Row> {};
 
