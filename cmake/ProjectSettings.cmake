@@ -28,4 +28,8 @@ if(QELSCR_SANITIZERS)
   add_link_options(-fsanitize=${QELSCR_SANITIZERS})
 endif()
 
+if(WIN32)
+  include(Windows)
+endif()
+
 find_package(Threads REQUIRED)

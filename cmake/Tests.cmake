@@ -9,5 +9,8 @@ function(qelscr_add_tests name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} qelscr_test_support qelscr_settings GTest::gmock
                                         GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE QELSCR_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if(WIN32)
+    target_link_libraries(${name} PRIVATE qelscr_program_manifest)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
 endfunction()
