@@ -92,6 +92,8 @@ void DesktopHost::ShowReport() {
 
 void DesktopHost::ShowOptimizer() {
   RunAppOptimizer(mWindow->GetWindow());
+  Log("Optimizer: closed");
+  LogProblems();
 }
 
 void DesktopHost::Refresh() {
@@ -134,6 +136,10 @@ void DesktopHost::Log(const std::string& text) {
 void DesktopHost::LogCounts(const char* what) {
   Log(fmt::format("{}: {} FATAL, {} ERROR, {} WARN, {} INFO", what, CountFatalIncompatibilities(),
                   CountErrorIncompatibilities(), CountWarnIncompatibilities(), CountInfoIncompatibilities()));
+  LogProblems();
+}
+
+void DesktopHost::LogProblems() {
   for (const Diagnostics::Problem& problem : mDiagnostics.Problems()) Log("  " + problem.mText);
 }
 

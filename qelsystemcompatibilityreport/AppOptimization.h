@@ -6,10 +6,12 @@
 //
 //   std::vector<OptimizationState> states;
 //   InitOptimizationStates(states);
-//   AppOptimizationStatus status = BeginDetermineOptimizations(states);
-//   while (status == AppOptimizationStatus::OptimizationPending) { ...; status =
-//   ContinueDetermineOptimizations(states); } status = BeginAcceptOptimizations(states);  // those that are
-//   selected; then the matching Continue
+//   auto status = BeginDetermineOptimizations(states);
+//   while (status == AppOptimizationStatus::OptimizationPending) {
+//     WaitAWhile();
+//     status = ContinueDetermineOptimizations(states);
+//   }
+//   // Then BeginAcceptOptimizations for those that are selected, and the matching Continue in the same way.
 //
 // Everything here is the main thread's.
 #pragma once
@@ -40,6 +42,7 @@ class QELSCR_EXPORT IAppOptimization : public qelcore::classref::UnknownBase {
  public:
   using Ref = qelcore::classref::InterfaceRef<IAppOptimization>;
 
+  /// The identifier under which `QueryInterface` gives this interface. It never changes.
   [[nodiscard]] static const qelcore::Guid& InterfaceId();
 
   ~IAppOptimization() override;

@@ -45,6 +45,10 @@ void* UI_Dialog::GetNativeWindow() {
   return mWindow->GetNativeWindow();
 }
 
+OS_Window* UI_Dialog::AsWindow() {
+  return mWindow->AsWindow();
+}
+
 TimerID UI_Dialog::InstallTimer(double seconds) {
   return mWindow->InstallTimer(seconds, [this](TimerID timer) { OnTimer(timer); });
 }

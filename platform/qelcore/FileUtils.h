@@ -8,8 +8,9 @@
 namespace qelcore::utility::FileUtils {
 
 /// Expands environment placeholders inside a UTF-8 path, in place: on Linux `$NAME` and `${NAME}`, and `~` at
-/// the beginning followed by a slash or the end; on Windows `%NAME%`. Returns 0, or an error code when a name
-/// is not set or a placeholder is not closed; the path is then unchanged. Does not throw.
+/// the beginning followed by a slash or the end; on Windows `%NAME%`, and `%%` for a percent sign. Returns 0,
+/// or an error code when a name is not set or a placeholder is not closed; the path is then unchanged. Does
+/// not throw.
 [[nodiscard]] QELCORE_EXPORT int ConvertEnvPath(std::string& path);
 
 /// The version of the file at a UTF-8 path as dotted text, or an empty text when there is none. On Windows,

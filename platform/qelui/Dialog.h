@@ -39,6 +39,7 @@ class QELUI_EXPORT DialogWindow {
   virtual void Close() = 0;
   virtual void BringToFront() = 0;
   [[nodiscard]] virtual void* GetNativeWindow() = 0;
+  [[nodiscard]] virtual OS_Window* AsWindow() = 0;
   virtual TimerID InstallTimer(double seconds, std::function<void(TimerID)> onTick) = 0;
   virtual void RemoveTimer(TimerID timer) = 0;
 };
@@ -72,6 +73,9 @@ class QELUI_EXPORT UI_Dialog {
 
   /// The system's handle of the window, such as an HWND; null where there is none.
   [[nodiscard]] void* GetNativeWindow();
+
+  /// The dialog as the owner of what is shown over it; never null.
+  [[nodiscard]] OS_Window* AsWindow();
 
   /// Calls `OnTimer` again and again while the dialog runs, every so many seconds.
   TimerID InstallTimer(double seconds);

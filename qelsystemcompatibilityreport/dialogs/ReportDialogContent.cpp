@@ -1,7 +1,6 @@
 #include "qelsystemcompatibilityreport/dialogs/ReportDialogContent.h"
 
-#include <algorithm>
-#include <string_view>
+#include <utility>
 
 #include "platform/qelcore/Localisation.h"
 #include "platform/qelcore/Text.h"
@@ -64,11 +63,11 @@ ReportDialogContent MakeReportDialogContent(const std::u16string& applicationNam
                                             const std::vector<SCRIssue>& issues, bool blocklistIsMissing) {
   ReportDialogContent content;
   content.mTitle = Localise("$$$/qel/scr/kTitleText=System Compatibility Report");
+  content.mIconName = Localise("$$$/qel/scr/kWarningIconText=Warning");
   content.mCaption = applicationName.empty() ? content.mTitle : applicationName;
   content.mNote = Localise(
       "$$$/qel/scr/kConflictNoteText=If you continue with known issues, you may experience performance "
-      "degradation, "
-      "instability and data loss.");
+      "degradation, instability and data loss.");
   content.mExportCaption = Localise("$$$/qel/scr/kExportReportText=Export Report...");
   content.mOkCaption = Localise("$$$/qel/scr/kOKButtonText=OK");
   content.mContinueCaption = Localise("$$$/qel/scr/kContinueHotText=Continue with known issues...");
@@ -83,13 +82,18 @@ ReportDialogContent MakeReportDialogContent(const std::u16string& applicationNam
   if (issues.empty()) content.mInstead = Localise("$$$/qel/scr/kNoConflictsText=No conflicts to report.");
   for (const SCRIssue& issue : issues) {
     content.mIsSerious = content.mIsSerious || issue.IsSeriousError();
-    content.mRows.push_back(
-        {.mIcon = IconOf(issue.GetErrorLevel()),
-         .mLevel = UTF8to16(SCRRule::ErrorLevelToString(issue.GetErrorLevel())),
-         .mHeading = Heading(issue.GetType()),
-         .mComponent = Component(issue),
-         .mMessage = UTF8to16(issue.GetInfoMessage()),
-         .mActionCaption = issue.GetErrorLevel() == SCRRuleErrorLevel::INFO ? info : fix});
+    ReportDialogRow row;
+    row.mIcon = IconOf(issue.GetErrorLevel());
+    row.mLevel = UTF8to16(SCRRule::ErrorLevelToString(issue.GetErrorLevel()));
+    row.mHeading = Heading(issue.GetType());
+    row.mComponent = Component(issue);
+    row.mMessage = UTF8to16(issue.GetInfoMessage());
+    row.mActionCaption = issue.GetErrorLevel() == SCRRuleErrorLevel::INFO ? info : fix;
+    const std::u16string number = UTF8to16(std::to_string(content.mRows.size() + 1)) + u". ";
+    row.mAccessibleName = number + row.mLevel + u": " + row.mHeading + u", " + row.mComponent;
+    // People who speak to their machine say what they see, so the caption comes first.
+    row.mActionAccessibleName = row.mActionCaption + u" " + number + row.mComponent;
+    content.mRows.push_back(std::move(row));
   }
   return content;
 }

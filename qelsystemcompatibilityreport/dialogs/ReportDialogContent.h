@@ -1,7 +1,6 @@
 // What the report dialog shows, as a value.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,10 @@ struct ReportDialogRow {
   std::u16string mComponent;      ///< the kind's label, the name, and the version or value
   std::u16string mMessage;        ///< the issue's message
   std::u16string mActionCaption;  ///< "Fix..." or "Info..."
+  /// What a screen reader calls the row and its button. Several issues may be about one component, so the
+  /// names hold the row's number, too.
+  std::u16string mAccessibleName;
+  std::u16string mActionAccessibleName;
 
   friend bool operator==(const ReportDialogRow&, const ReportDialogRow&) = default;
 };
@@ -25,9 +28,10 @@ struct ReportDialogRow {
 struct ReportDialogContent {
   std::u16string mCaption;  ///< of the window: the application's name
   std::u16string mTitle;
-  bool mIsSerious = false;  ///< whether an issue of level WARN or higher is among them
-  std::u16string mNote;     ///< about serious issues; shown only with such
-  std::u16string mInstead;  ///< shown in place of rows; empty when there are rows
+  std::u16string mIconName;  ///< what a screen reader calls the icon beside the title
+  bool mIsSerious = false;   ///< whether an issue of level WARN or higher is among them
+  std::u16string mNote;      ///< about serious issues; shown only with such
+  std::u16string mInstead;   ///< shown in place of rows; empty when there are rows
   std::vector<ReportDialogRow> mRows;
   std::u16string mExportCaption;
   std::u16string mOkCaption;

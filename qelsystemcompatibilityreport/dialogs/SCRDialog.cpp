@@ -1,6 +1,7 @@
 #include "qelsystemcompatibilityreport/dialogs/SCRDialog.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "platform/qelcore/Browser.h"
@@ -20,11 +21,9 @@ using qelui::Direction;
 SCRDialog::SCRDialog(qelui::DrawSupplier& drawSupplier, qelui::OS_Window* parent,
                      const std::u16string& applicationName, std::vector<SCRIssue> issues,
                      WriteReport writeReport, bool blocklistIsMissing)
-    : SCRDialogBase(drawSupplier, parent),
-      mParentWindow(parent),
-      mIssues(std::move(issues)),
-      mWriteReport(std::move(writeReport)) {
+    : SCRDialogBase(drawSupplier, parent), mIssues(std::move(issues)), mWriteReport(std::move(writeReport)) {
   const ReportDialogContent content = MakeReportDialogContent(applicationName, mIssues, blocklistIsMissing);
+  mTitle = content.mTitle;
   mIsSerious = content.mIsSerious;
   SetTitle(content.mCaption);
   AddHead(content);
@@ -35,7 +34,7 @@ SCRDialog::SCRDialog(qelui::DrawSupplier& drawSupplier, qelui::OS_Window* parent
 
 void SCRDialog::AddHead(const ReportDialogContent& content) {
   qelui::View& head = GetContentView().AddView(Direction::kAcross);
-  head.AddIcon(qelui::IconKind::kWarning, content.mTitle).SetVisible(mIsSerious);
+  head.AddIcon(qelui::IconKind::kWarning, content.mIconName).SetVisible(mIsSerious);
   qelui::View& texts = head.AddView(Direction::kDown);
   texts.SetTakesSpace(true);
   qelui::StaticText& title = texts.AddText(content.mTitle);
@@ -47,7 +46,7 @@ void SCRDialog::AddHead(const ReportDialogContent& content) {
 void SCRDialog::AddRows(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier) {
   dialogutils::SCRBorderedSubView list(GetContentView(), Direction::kDown);
   list.GetView().SetTakesSpace(true);
-  if (!content.mInstead.empty()) {
+  if (content.mRows.empty()) {
     list.GetView().AddText(content.mInstead);
     return;
   }
@@ -114,8 +113,7 @@ void SCRDialog::OnExport() {
   }
   const std::u16string message = Localise(
       "$$$/qel/scr/kExportFailedText=The report could not be saved as @0. Choose another place or name.");
-  qelui::SimpleErrorMessageBox(Localise("$$$/qel/scr/kTitleText=System Compatibility Report"),
-                               qelcore::ReplacePlaceholders(message, {path}), mParentWindow);
+  qelui::SimpleErrorMessageBox(mTitle, qelcore::ReplacePlaceholders(message, {path}), AsWindow());
 }
 
 bool SCRDialog::Export(const File& file) {

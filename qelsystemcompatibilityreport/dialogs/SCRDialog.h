@@ -16,7 +16,7 @@ namespace qelsystemcompatibilityreport {
 /// Writes the text report into a file.
 using WriteReport = std::function<void(const qelcore::filesupport::File&)>;
 
-/// The base of the library's dialogs: modal, with a title inside.
+/// The base of the report dialog: a modal dialog of the toolkit, and nothing more.
 class SCRDialogBase : public qelui::UI_Dialog {
  public:
   using UI_Dialog::UI_Dialog;
@@ -40,7 +40,7 @@ class SCRDialog final : public SCRDialogBase {
   void OnExport();
   [[nodiscard]] bool Export(const qelcore::filesupport::File& file);
 
-  qelui::OS_Window* mParentWindow;
+  std::u16string mTitle;
   std::vector<SCRIssue> mIssues;
   WriteReport mWriteReport;
   bool mIsSerious;

@@ -8,7 +8,7 @@ SCRIssueView::SCRIssueView(qelui::View& parent, const ReportDialogRow& row, int 
                            qelui::Action action)
     : mBorder(parent, qelui::Direction::kAcross) {
   qelui::View& view = mBorder.GetView();
-  view.SetAccessibleName(row.mLevel + u": " + row.mHeading);
+  view.SetAccessibleName(row.mAccessibleName);
   view.AddIcon(row.mIcon, row.mLevel);
 
   qelui::View& texts = view.AddView(qelui::Direction::kDown);
@@ -20,8 +20,7 @@ SCRIssueView::SCRIssueView(qelui::View& parent, const ReportDialogRow& row, int 
 
   qelui::Button& button = view.AddButton(row.mActionCaption);
   button.SetWidth(buttonWidth);
-  // Many rows have the same caption.
-  button.SetAccessibleName(row.mActionCaption + u" " + row.mComponent);
+  button.SetAccessibleName(row.mActionAccessibleName);
   button.SetAction(std::move(action));
 }
 

@@ -24,19 +24,18 @@ AppOptimizerDialog::AppOptimizerDialog(qelui::DrawSupplier& drawSupplier, qelui:
     : UI_Dialog(drawSupplier, parent) {
   AddControls();
   InitOptimizationStates(mStates);
-  const AppOptimizationStatus status = BeginDetermineOptimizations(mStates);
-  mIsPending = status == OptimizationPending;
+  mIsDetermining = Determine(BeginDetermineOptimizations, VisitAll) == OptimizationPending;
   // A failure or a stop fills the tree as well, here and only here. That is intended.
-  if (!mIsPending) FillTree();
-  ShowDetermineFailure(status);
+  if (!mIsDetermining) FillTree();
 }
 
 void AppOptimizerDialog::AddControls() {
   SetTitle(Title());
   qelui::View& content = GetContentView();
   content.AddText(Title()).SetFontStyle(qelui::FontStyle::kTitle);
-  mProgress = &content.AddProgressIndicator(Title());
-  mTree = &content.AddTree(kColumnCount, Title());
+  mProgress =
+      &content.AddProgressIndicator(Localise("$$$/qel/ao/kProgressText=Looking for what can be optimized"));
+  mTree = &content.AddTree(kColumnCount, Localise("$$$/qel/ao/kListText=Optimizations"));
   mTree->SetVisible(false);
   mTree->SetOnCheck([this](std::size_t row, bool isChecked) { OnCheck(row, isChecked); });
   mCountText = &content.AddText({});
@@ -46,7 +45,7 @@ void AppOptimizerDialog::AddControls() {
 
   qelui::View& buttons = content.AddView(Direction::kAcross);
   buttons.AddHotText(Localise("$$$/qel/ao/kRestoreDefaultHotText=Restore system defaults")).SetAction([this] {
-    RunToTheEndAndClose(BeginDefaultOptimizations, ContinueDefaultOptimizations, VisitedStates::kAll);
+    RunToTheEndAndClose(BeginDefaultOptimizations, VisitAll, ContinueDefaultOptimizations);
   });
   buttons.AddSpace();
   qelui::Button& ignore = buttons.AddButton(Localise("$$$/qel/ao/kCancelText=Ignore"));
@@ -54,14 +53,13 @@ void AppOptimizerDialog::AddControls() {
   SetCloseControl(ignore);
   mOptimizeButton = &buttons.AddButton(Localise("$$$/qel/ao/kOptimizeButtonText=Optimize"));
   mOptimizeButton->SetVisible(false);
-  mOptimizeButton->SetAction([this] {
-    RunToTheEndAndClose(BeginAcceptOptimizations, ContinueAcceptOptimizations, VisitedStates::kSelected);
-  });
-  SetOkButton(*mOptimizeButton);
+  mOptimizeButton->SetAction(
+      [this] { RunToTheEndAndClose(BeginAcceptOptimizations, VisitSelected, ContinueAcceptOptimizations); });
+  // There is no OK button: Enter must not apply what nobody chose.
 }
 
 void AppOptimizerDialog::Run() {
-  if (mIsPending) mTimer = InstallTimer(kPollSeconds);
+  if (mIsDetermining) mTimer = InstallTimer(kPollSeconds);
   RunModal();
 }
 
@@ -70,11 +68,10 @@ void AppOptimizerDialog::OnTimer(qelui::TimerID timer) {
     UI_Dialog::OnTimer(timer);
     return;
   }
-  const AppOptimizationStatus status = ContinueDetermineOptimizations(mStates);
-  ShowDetermineFailure(status);
   // A failure or a stop does not fill the tree: what is still pending goes on at the next tick. That is
   // intended.
-  if (status != OptimizationDone) return;
+  if (Determine(ContinueDetermineOptimizations, VisitPending) != OptimizationDone) return;
+  mIsDetermining = false;
   RemoveTimer(timer);
   mTimer.reset();
   FillTree();
@@ -95,23 +92,35 @@ void AppOptimizerDialog::UpdateCounts() {
   mOptimizeButton->SetVisible(CanOptimize(counts));
 }
 
-void AppOptimizerDialog::ShowDetermineFailure(AppOptimizationStatus status) {
-  if (status != OptimizationFailed) return;
-  mFailureText->SetText(FailureText(mStates, VisitedStates::kAll));
-  mFailureText->SetVisible(true);
-}
-
 void AppOptimizerDialog::OnCheck(std::size_t row, bool isChecked) {
   mStates.at(row).mSelected = isChecked;
   UpdateCounts();
 }
 
-void AppOptimizerDialog::RunToTheEndAndClose(Pass begin, Pass goOn, VisitedStates visited) {
-  AppOptimizationStatus status = begin(mStates);
+AppOptimizerDialog::PassResult AppOptimizerDialog::RunPass(Pass pass, IsVisited isVisited) {
+  const std::vector<std::size_t> places = PlacesToVisit(mStates, isVisited);
+  PassResult result{.mStatus = pass(mStates), .mFailure = {}};
+  if (result.mStatus == OptimizationFailed) result.mFailure = FailureText(mStates, places);
+  return result;
+}
+
+AppOptimizationStatus AppOptimizerDialog::Determine(Pass pass, IsVisited isVisited) {
+  const PassResult result = RunPass(pass, isVisited);
+  if (result.mStatus == OptimizationFailed) {
+    if (!mDetermineFailures.empty()) mDetermineFailures += u'\n';
+    mDetermineFailures += result.mFailure;
+    mFailureText->SetText(mDetermineFailures);
+    mFailureText->SetVisible(true);
+  }
+  return result.mStatus;
+}
+
+void AppOptimizerDialog::RunToTheEndAndClose(Pass begin, IsVisited isVisitedByBegin, Pass goOn) {
+  PassResult result = RunPass(begin, isVisitedByBegin);
   // Without a pause: the dialog stays as it is until every step has come to its end. That is intended.
-  while (status == OptimizationPending) status = goOn(mStates);
-  if (status == OptimizationFailed) {
-    qelui::SimpleErrorMessageBox(Title(), FailureText(mStates, visited), nullptr);
+  while (result.mStatus == OptimizationPending) result = RunPass(goOn, VisitPending);
+  if (result.mStatus == OptimizationFailed) {
+    qelui::SimpleErrorMessageBox(Title(), result.mFailure, AsWindow());
   }
   Close();
 }

@@ -1,12 +1,14 @@
 // The optimizer dialog.
 #pragma once
 
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/qelui.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
-#include "qelsystemcompatibilityreport/optimizer/OptimizerDialogContent.h"
+#include "qelsystemcompatibilityreport/optimizer/VisitedStates.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -25,16 +27,23 @@ class AppOptimizerDialog final : public qelui::UI_Dialog {
  private:
   using Pass = AppOptimizationStatus (*)(std::vector<OptimizationState>&);
 
+  struct PassResult {
+    AppOptimizationStatus mStatus;
+    std::u16string mFailure;  ///< which state failed and why; empty unless one did
+  };
+
   void AddControls();
   void FillTree();
   void UpdateCounts();
-  void ShowDetermineFailure(AppOptimizationStatus status);
   void OnCheck(std::size_t row, bool isChecked);
-  void RunToTheEndAndClose(Pass begin, Pass goOn, VisitedStates visited);
+  PassResult RunPass(Pass pass, IsVisited isVisited);
+  AppOptimizationStatus Determine(Pass pass, IsVisited isVisited);
+  void RunToTheEndAndClose(Pass begin, IsVisited isVisitedByBegin, Pass goOn);
 
   std::vector<OptimizationState> mStates;
   std::optional<qelui::TimerID> mTimer;
-  bool mIsPending = false;
+  bool mIsDetermining = false;
+  std::u16string mDetermineFailures;  ///< a line for each
   qelui::ProgressIndicator* mProgress = nullptr;
   qelui::Tree* mTree = nullptr;
   qelui::StaticText* mCountText = nullptr;

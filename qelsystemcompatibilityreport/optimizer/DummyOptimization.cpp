@@ -13,7 +13,7 @@ std::string DummyOptimization::GetName() {
 }
 
 AppOptimizationStatus DummyOptimization::Determine(std::string& current, std::string& optimal) {
-  if (IsStepPending()) return OptimizationPending;
+  if (GoOn(Step::kDetermine)) return OptimizationPending;
   if (!mSettings.mIsApplicable) return OptimizationNotNeeded;
   current = mSettings.mCurrent;
   optimal = mSettings.mOptimal;
@@ -21,17 +21,17 @@ AppOptimizationStatus DummyOptimization::Determine(std::string& current, std::st
 }
 
 AppOptimizationStatus DummyOptimization::Cancel() {
-  return IsStepPending() ? OptimizationPending : OptimizationDone;
+  return mUnderWay && GoOn(mUnderWay->mStep) ? OptimizationPending : OptimizationDone;
 }
 
 AppOptimizationStatus DummyOptimization::Accept() {
-  if (IsStepPending()) return OptimizationPending;
+  if (GoOn(Step::kAccept)) return OptimizationPending;
   if (mSettings.mAcceptResult == OptimizationDone) mSettings.mCurrent = mSettings.mOptimal;
   return mSettings.mAcceptResult;
 }
 
 AppOptimizationStatus DummyOptimization::Default() {
-  if (IsStepPending()) return OptimizationPending;
+  if (GoOn(Step::kDefault)) return OptimizationPending;
   mSettings.mCurrent = mSettings.mDefault;
   return OptimizationDone;
 }
@@ -40,10 +40,11 @@ std::string DummyOptimization::GetFailureText() {
   return "Why did it fail? No idea.";
 }
 
-bool DummyOptimization::IsStepPending() {
-  if (!mStep) mStep.emplace();
-  if (mStep->GetElapsedMilliseconds() < mSettings.mStepMilliseconds) return true;
-  mStep.reset();
+bool DummyOptimization::GoOn(Step step) {
+  // A dialog that is closed abandons what is pending, and another step may follow.
+  if (!mUnderWay || mUnderWay->mStep != step) mUnderWay = UnderWay{.mStep = step, .mTimer = {}};
+  if (mUnderWay->mTimer.GetElapsedMilliseconds() < mSettings.mStepMilliseconds) return true;
+  mUnderWay.reset();
   return false;
 }
 

@@ -17,9 +17,9 @@ class DummyOptimization final : public IAppOptimization {
     std::string mCurrent{};
     std::string mOptimal{};
     std::string mDefault{};
-    bool mIsApplicable = true;            ///< whether determine recommends it
     std::uint64_t mStepMilliseconds = 0;  ///< how long each step is pending
     AppOptimizationStatus mAcceptResult = AppOptimizationStatus::OptimizationDone;  ///< what accept comes to
+    bool mIsApplicable = true;  ///< whether determine recommends it
   };
 
   explicit DummyOptimization(Settings settings);
@@ -32,11 +32,18 @@ class DummyOptimization final : public IAppOptimization {
   [[nodiscard]] std::string GetFailureText() override;
 
  private:
-  /// Whether the step under way, which begins with the first call, goes on.
-  [[nodiscard]] bool IsStepPending();
+  enum class Step { kDetermine, kAccept, kDefault };
+
+  struct UnderWay {
+    Step mStep;
+    qelcore::Timer mTimer;
+  };
+
+  /// Goes on with the step, which begins unless it is the one under way. Returns whether it is pending.
+  [[nodiscard]] bool GoOn(Step step);
 
   Settings mSettings;
-  std::optional<qelcore::Timer> mStep;  ///< of the step under way; empty between steps
+  std::optional<UnderWay> mUnderWay;  ///< empty between steps
 };
 
 }  // namespace qelsystemcompatibilityreport

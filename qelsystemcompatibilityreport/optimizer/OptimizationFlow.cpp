@@ -1,6 +1,7 @@
 // The steps over all optimizations.
 #include "platform/qelcore/Config.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
+#include "qelsystemcompatibilityreport/optimizer/VisitedStates.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -9,18 +10,6 @@ using enum AppOptimizationStatus;
 namespace {
 
 using States = std::vector<OptimizationState>;
-
-bool IsPending(const OptimizationState& state) {
-  return state.mStatus == OptimizationPending;
-}
-
-bool IsSelected(const OptimizationState& state) {
-  return state.mSelected;
-}
-
-bool Always(const OptimizationState&) {
-  return true;
-}
 
 AppOptimizationStatus Determine(OptimizationState& state) {
   const AppOptimizationStatus status = state.mOptimization->Determine(state.mCurrent, state.mOptimal);
@@ -40,8 +29,8 @@ AppOptimizationStatus Cancel(OptimizationState& state) {
   return state.mOptimization->Cancel();
 }
 
-/// One pass: `step` for each state that `isVisited`.
-template <typename IsVisited, typename Step>
+/// One pass: `step` for each state that is visited.
+template <typename Step>
 AppOptimizationStatus Pass(States& states, IsVisited isVisited, Step step) {
   AppOptimizationStatus result = OptimizationDone;
   for (OptimizationState& state : states) {
@@ -57,31 +46,31 @@ AppOptimizationStatus Pass(States& states, IsVisited isVisited, Step step) {
 }  // namespace
 
 AppOptimizationStatus BeginDetermineOptimizations(States& states) {
-  return Pass(states, Always, Determine);
+  return Pass(states, VisitAll, Determine);
 }
 
 AppOptimizationStatus ContinueDetermineOptimizations(States& states) {
-  return Pass(states, IsPending, Determine);
+  return Pass(states, VisitPending, Determine);
 }
 
 AppOptimizationStatus BeginAcceptOptimizations(States& states) {
-  return Pass(states, IsSelected, Accept);
+  return Pass(states, VisitSelected, Accept);
 }
 
 AppOptimizationStatus ContinueAcceptOptimizations(States& states) {
-  return Pass(states, IsPending, Accept);
+  return Pass(states, VisitPending, Accept);
 }
 
 AppOptimizationStatus BeginDefaultOptimizations(States& states) {
-  return Pass(states, Always, Default);
+  return Pass(states, VisitAll, Default);
 }
 
 AppOptimizationStatus ContinueDefaultOptimizations(States& states) {
-  return Pass(states, IsPending, Default);
+  return Pass(states, VisitPending, Default);
 }
 
 AppOptimizationStatus CancelOptimizations(States& states) {
-  return Pass(states, IsPending, Cancel);
+  return Pass(states, VisitPending, Cancel);
 }
 
 }  // namespace qelsystemcompatibilityreport

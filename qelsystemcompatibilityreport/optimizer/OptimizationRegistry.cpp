@@ -16,8 +16,9 @@ std::vector<IAppOptimization::Ref>& Registry() {
   return registry;
 }
 
-/// Lets go of everything at the process's end, while the modules that registered it are still there.
-void ClearAtTermination() {
+/// Sees to it that everything is let go at the process's end, while the modules that registered it are still
+/// there.
+void ArrangeClearing() {
   static const bool isArranged = [] {
     qelcore::config::AddTerminationForSingleton([] { Registry().clear(); },
                                                 "qelsystemcompatibilityreport::OptimizationStates");
@@ -33,8 +34,9 @@ bool RegisterAppOptimization(const IAppOptimization::Ref& optimization) {
     auto& registry = Registry();
     if (!optimization || std::find(registry.begin(), registry.end(), optimization) != registry.end())
       return false;
+    // First, because nothing may stay registered that is not going to be let go.
+    ArrangeClearing();
     registry.push_back(optimization);
-    ClearAtTermination();
     return true;
   });
 }

@@ -1,6 +1,5 @@
 #include "qelsystemcompatibilityreport/optimizer/OptimizerDialogContent.h"
 
-#include <algorithm>
 #include <string>
 
 #include "platform/qelcore/Localisation.h"
@@ -10,14 +9,6 @@ namespace qelsystemcompatibilityreport {
 
 using qelcore::Localise;
 using qelcore::string::UTF8to16;
-
-namespace {
-
-std::u16string NameOf(const OptimizationState& state) {
-  return state.mOptimization ? UTF8to16(state.mOptimization->GetName()) : std::u16string();
-}
-
-}  // namespace
 
 OptimizationCounts CountOptimizations(const std::vector<OptimizationState>& states) {
   OptimizationCounts counts;
@@ -46,7 +37,7 @@ std::vector<qelui::TreeRow> OptimizationRows(const std::vector<OptimizationState
   std::vector<qelui::TreeRow> rows;
   rows.reserve(states.size());
   for (const OptimizationState& state : states) {
-    rows.push_back({.mCells = {NameOf(state), current, optimal},
+    rows.push_back({.mCells = {UTF8to16(state.mOptimization->GetName()), current, optimal},
                     .mStyle = qelui::FontStyle::kBold,
                     .mHasCheckBox = true,
                     .mIsChecked = state.mSelected,
@@ -55,14 +46,22 @@ std::vector<qelui::TreeRow> OptimizationRows(const std::vector<OptimizationState
   return rows;
 }
 
-std::u16string FailureText(const std::vector<OptimizationState>& states, VisitedStates visited) {
-  // A pass ends at a failure, so the states behind it may be fresh ones, which look the same.
-  const auto failed = std::find_if(states.begin(), states.end(), [&](const OptimizationState& state) {
-    const bool isVisited = visited == VisitedStates::kAll || state.mSelected;
-    return isVisited && state.mStatus == AppOptimizationStatus::OptimizationFailed;
-  });
-  if (failed == states.end() || !failed->mOptimization) return {};
-  return NameOf(*failed) + u": " + UTF8to16(failed->mOptimization->GetFailureText());
+std::vector<std::size_t> PlacesToVisit(const std::vector<OptimizationState>& states, IsVisited isVisited) {
+  std::vector<std::size_t> places;
+  for (std::size_t place = 0; place < states.size(); ++place) {
+    if (isVisited(states[place])) places.push_back(place);
+  }
+  return places;
+}
+
+std::u16string FailureText(const std::vector<OptimizationState>& states,
+                           const std::vector<std::size_t>& visitedPlaces) {
+  for (const std::size_t place : visitedPlaces) {
+    const OptimizationState& state = states.at(place);
+    if (state.mStatus != AppOptimizationStatus::OptimizationFailed) continue;
+    return UTF8to16(state.mOptimization->GetName()) + u": " + UTF8to16(state.mOptimization->GetFailureText());
+  }
+  return {};
 }
 
 }  // namespace qelsystemcompatibilityreport

@@ -7,6 +7,7 @@
 
 #include "platform/qelui.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
+#include "qelsystemcompatibilityreport/optimizer/VisitedStates.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -27,14 +28,17 @@ struct OptimizationCounts {
 [[nodiscard]] std::u16string CountText(const OptimizationCounts& counts);
 
 /// A row for each state, in their order, in three columns: its name with a check box and the captions of the
-/// values, and below it the values. An empty reference has no name.
+/// values, and below it the values.
 [[nodiscard]] std::vector<qelui::TreeRow> OptimizationRows(const std::vector<OptimizationState>& states);
 
-/// Which states a pass visits.
-enum class VisitedStates { kAll, kSelected };
+/// The places of the states that a pass is going to visit. A pass changes what they are chosen by, so this is
+/// for before it.
+[[nodiscard]] std::vector<std::size_t> PlacesToVisit(const std::vector<OptimizationState>& states,
+                                                     IsVisited isVisited);
 
-/// Why a pass ended with a failure: the name and the reason of the first state that failed among those that
-/// it visits; empty when none did.
-[[nodiscard]] std::u16string FailureText(const std::vector<OptimizationState>& states, VisitedStates visited);
+/// Why a pass over the states in these places failed: the name and the reason of the first that did; empty
+/// when none did. What a pass did not visit may look as if it had failed, because a fresh state does.
+[[nodiscard]] std::u16string FailureText(const std::vector<OptimizationState>& states,
+                                         const std::vector<std::size_t>& visitedPlaces);
 
 }  // namespace qelsystemcompatibilityreport

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/qelcore/HostSetup.h"
@@ -20,7 +22,7 @@ class DialogFixture : public ::testing::Test {
   DialogFixture() {
     qelcore::host::SetBrowser([this](const std::string& url) {
       mOpened.push_back(url);
-      return true;
+      return mBrowserOpens;
     });
   }
   ~DialogFixture() override { qelcore::host::SetBrowser({}); }
@@ -49,6 +51,7 @@ class DialogFixture : public ::testing::Test {
   TestHost mHost;
   RecordingUserInterface mToolkit;
   std::vector<std::string> mOpened;  ///< what went to the browser
+  bool mBrowserOpens = true;         ///< whether the browser obeys
   /// Writes the report.
   std::function<void(const qelcore::filesupport::File&)> mWrite = [](const qelcore::filesupport::File& file) {
     qelcore::filesupport::OPlatformByteStream(file).Write("the report");

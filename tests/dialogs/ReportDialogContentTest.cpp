@@ -3,6 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/qelcore/Text.h"
 #include "tests/dialogs/DialogFixture.h"
 
 namespace {
@@ -107,6 +112,111 @@ TEST_F(ReportDialogContentTest, TextsOfABlocklistAreTexts) {
       Make({VideoIssue("WARN", "", "<b>100 %s</b> &amp; M\xc3\xbcller\\nsecond line \xf0\x9f\x98\x80")});
   EXPECT_EQ(content.mRows[0].mMessage, u"<b>100 %s</b> &amp; M\u00fcller\nsecond line \U0001F600");
 }
+
+TEST_F(ReportDialogContentTest, WhatAScreenReaderSays) {
+  const ReportDialogContent content = Make({VideoIssue("FATAL"), VideoIssue("INFO")});
+  EXPECT_EQ(content.mIconName, u"Warning");
+  EXPECT_EQ(content.mRows[0].mAccessibleName, u"1. FATAL: Unsupported Video Driver, [Video] Card v.1.2.3.4");
+  EXPECT_EQ(content.mRows[0].mActionAccessibleName, u"Fix... 1. [Video] Card v.1.2.3.4");
+  EXPECT_EQ(content.mRows[1].mAccessibleName, u"2. INFO: Unsupported Video Driver, [Video] Card v.1.2.3.4");
+  EXPECT_EQ(content.mRows[1].mActionAccessibleName, u"Info... 2. [Video] Card v.1.2.3.4");
+}
+
+// ---- Keys
+//
+// The catalogue of these tests translates every key to its own path, so that the text shows where it came
+// from.
+
+class ReportDialogKeysTest : public ReportDialogContentTest {
+ protected:
+  ReportDialogKeysTest() {
+    std::string catalogue;
+    for (const char* const name : {"kTitleText",
+                                   "kWarningIconText",
+                                   "kNoConflictsText",
+                                   "kNoBlocklistText",
+                                   "kConflictNoteText",
+                                   "kExportReportText",
+                                   "kOKButtonText",
+                                   "kContinueHotText",
+                                   "kSaveAsText",
+                                   "kFileDescription",
+                                   "kCTAFix",
+                                   "kCTAInfo",
+                                   "kUnsupportedOS",
+                                   "kUnsupportedVideoDriver",
+                                   "kUnsupportedAudioDriver",
+                                   "kUnsupportedNetworkDriver",
+                                   "kUnsupportedFile",
+                                   "kUnsupportedPropertyText",
+                                   "kUnsupportedUnknownDriver",
+                                   "kMatchOSText",
+                                   "kMatchVideoText",
+                                   "kMatchAudioText",
+                                   "kMatchNetworkText",
+                                   "kMatchFileText",
+                                   "kMatchPropertyText",
+                                   "kMatchUnknownText",
+                                   "kVersionPrefixText",
+                                   "kPropertyValueSeparatorText",
+                                   "kExportFailedText"}) {
+      const std::string path = std::string("$$$/qel/scr/") + name;
+      catalogue += (catalogue.empty() ? "" : ",") + ("\"" + path + "\":\"" + path + "\"");
+    }
+    mHost.Files().Write("application/translations/en_US.json", "{" + catalogue + "}");
+  }
+};
+
+TEST_F(ReportDialogKeysTest, TextsOfTheDialog) {
+  const ReportDialogContent content = Make({});
+  EXPECT_EQ(content.mTitle, u"$$$/qel/scr/kTitleText");
+  EXPECT_EQ(content.mIconName, u"$$$/qel/scr/kWarningIconText");
+  EXPECT_EQ(content.mNote, u"$$$/qel/scr/kConflictNoteText");
+  EXPECT_EQ(content.mInstead, u"$$$/qel/scr/kNoConflictsText");
+  EXPECT_EQ(Make({}, true).mInstead, u"$$$/qel/scr/kNoBlocklistText");
+  EXPECT_EQ(content.mExportCaption, u"$$$/qel/scr/kExportReportText");
+  EXPECT_EQ(content.mOkCaption, u"$$$/qel/scr/kOKButtonText");
+  EXPECT_EQ(content.mContinueCaption, u"$$$/qel/scr/kContinueHotText");
+  EXPECT_THAT(content.mActionCaptions, ElementsAre(u"$$$/qel/scr/kCTAFix", u"$$$/qel/scr/kCTAInfo"));
+}
+
+TEST_F(ReportDialogKeysTest, TextsOfEveryKind) {
+  const struct {
+    OSComponentType mType;
+    std::u16string mHeading;
+    std::u16string mLabel;
+  } rows[] = {{OSComponentType::kOS, u"kUnsupportedOS", u"kMatchOSText"},
+              {OSComponentType::kVideo, u"kUnsupportedVideoDriver", u"kMatchVideoText"},
+              {OSComponentType::kAudio, u"kUnsupportedAudioDriver", u"kMatchAudioText"},
+              {OSComponentType::kNetwork, u"kUnsupportedNetworkDriver", u"kMatchNetworkText"},
+              {OSComponentType::kFile, u"kUnsupportedFile", u"kMatchFileText"},
+              {OSComponentType::kInvalid, u"kUnsupportedUnknownDriver", u"kMatchUnknownText"}};
+  for (const auto& row : rows) {
+    const ReportDialogContent content =
+        Make({Issue(Component(row.mType, "name", "1"), RuleText("Video", "name", "WARN", "m"))});
+    EXPECT_EQ(content.mRows.at(0).mHeading, u"$$$/qel/scr/" + row.mHeading);
+    EXPECT_EQ(content.mRows.at(0).mComponent,
+              u"[$$$/qel/scr/" + row.mLabel + u"] name$$$/qel/scr/kVersionPrefixText1.0.0.0");
+  }
+  const ReportDialogContent content =
+      Make({Issue(Property("name", "2"), RuleText("Property", "name", "WARN", "m"))});
+  EXPECT_EQ(content.mRows.at(0).mHeading, u"$$$/qel/scr/kUnsupportedPropertyText");
+  EXPECT_EQ(content.mRows.at(0).mComponent,
+            u"[$$$/qel/scr/kMatchPropertyText] name$$$/qel/scr/kPropertyValueSeparatorText2");
+}
+
+TEST_F(ReportDialogKeysTest, TextsOfTheExport) {
+  mToolkit.mSaveAsAnswer = qelcore::string::UTF8to16((mHost.Files().Path() / "missing/report.txt").string());
+  Show({}, [](testsupport::RecordedDialog& dialog) { dialog.Press(u"$$$/qel/scr/kExportReportText"); });
+  ASSERT_THAT(mToolkit.mSaveAsDialogs, SizeIs(1));
+  EXPECT_EQ(mToolkit.mSaveAsDialogs[0].GetTitle(), u"$$$/qel/scr/kSaveAsText");
+  EXPECT_EQ(mToolkit.mSaveAsDialogs[0].GetFileType().mDescription, u"$$$/qel/scr/kFileDescription");
+  ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mTitle, u"$$$/qel/scr/kTitleText");
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mMessage, u"$$$/qel/scr/kExportFailedText");
+}
+
+// ---- Languages
 
 TEST_F(ReportDialogContentTest, TheApplicationsLanguage) {
   qelcore::host::SetDirectories({.mPreferences = mHost.Preferences().string(),

@@ -1,7 +1,10 @@
 // One report dialog at a time, from the service's entry points.
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "tests/dialogs/DialogFixture.h"
@@ -100,6 +103,7 @@ TEST_F(ReportDialogTest, AnExceptionFromTheDialogGoesToTheDriver) {
   EXPECT_NO_THROW(RunReportForHelp(u"Example", nullptr));
   EXPECT_THAT(mHost.mExceptionContexts,
               ElementsAre("qelsystemcompatibilityreport::`anonymous-namespace'::RunReport"));
+  EXPECT_FALSE(std::filesystem::exists(mHost.Preferences() / "SCRPriorState.json"));
   // The next request is not taken for a second one.
   mToolkit.mWhileDialogIsUp = {};
   RunReportForHelp(u"Example", nullptr);

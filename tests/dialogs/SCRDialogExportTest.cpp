@@ -23,9 +23,12 @@ class SCRDialogExportTest : public testsupport::DialogFixture {
   }
 
   void Export() {
-    Show({VideoIssue("INFO")}, [](RecordedDialog& dialog) {
+    Show({VideoIssue("INFO")}, [this](RecordedDialog& dialog) {
       dialog.Press(u"Export Report...");
       EXPECT_TRUE(dialog.mIsOpen);
+      // What comes up stands over the dialog.
+      EXPECT_EQ(mToolkit.mSaveAsParents.back(), &dialog);
+      for (const auto& message : mToolkit.mErrorMessages) EXPECT_EQ(message.mParent, dialog.AsWindow());
     });
   }
 };
@@ -69,6 +72,7 @@ TEST_F(SCRDialogExportTest, AFailureIsToldAndDoesNotCount) {
   EXPECT_THAT(mHost.mEvents, IsEmpty());
   EXPECT_THAT(mHost.mExceptionContexts, ElementsAre("qelsystemcompatibilityreport::SCRDialog::Export"));
   ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mTitle, u"System Compatibility Report");
   EXPECT_EQ(
       mToolkit.mErrorMessages[0].mMessage,
       u"The report could not be saved as " + mToolkit.mSaveAsAnswer + u". Choose another place or name.");

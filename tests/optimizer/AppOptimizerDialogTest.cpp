@@ -1,10 +1,15 @@
 // The optimizer dialog as its user meets it.
 #include <gmock/gmock.h>
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "host/qelcore/HostSetup.h"
+#include "host/qelui/HostSetup.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
 #include "tests/optimizer/ScriptedOptimization.h"
 #include "tests/support/RecordingUserInterface.h"
@@ -19,6 +24,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
+using testsupport::RecordedButton;
 using testsupport::RecordedDialog;
 using testsupport::RecordedProgress;
 using testsupport::RecordedTree;
@@ -113,6 +119,50 @@ TEST_F(AppOptimizerDialogTest, WithNothingRecommendedThereIsNothingToOptimize) {
   });
 }
 
+TEST_F(AppOptimizerDialogTest, RestoringLooksLikeALink) {
+  Register("a");
+  Open([&](RecordedDialog& dialog) {
+    for (const RecordedButton* const button : dialog.All<RecordedButton>())
+      EXPECT_EQ(button->mIsHotText, button->mCaption == u"Restore system defaults");
+  });
+}
+
+TEST_F(AppOptimizerDialogTest, EveryControlHasANameOfItsOwn) {
+  Register("a", {OptimizationPending});
+  Open([&](RecordedDialog& dialog) {
+    EXPECT_EQ(dialog.All<RecordedProgress>().at(0)->mAccessibleName, u"Looking for what can be optimized");
+    EXPECT_EQ(TreeOf(dialog).mAccessibleName, u"Optimizations");
+  });
+}
+
+/// Every text comes from the catalogue, under its own key.
+TEST_F(AppOptimizerDialogTest, TheKeysOfItsTexts) {
+  mHost.Files().Write("application/translations/en_US.json", R"({
+    "$$$/qel/ao/kTitleText": "title",
+    "$$$/qel/ao/kOptimizeButtonText": "optimize",
+    "$$$/qel/ao/kCancelText": "ignore",
+    "$$$/qel/ao/kRestoreDefaultHotText": "restore",
+    "$$$/qel/ao/kProgressText": "progress",
+    "$$$/qel/ao/kListText": "list",
+    "$$$/qelsystemcompatibilityreport/AppOptimizerDialog/GroupRow/Current": "current",
+    "$$$/qelsystemcompatibilityreport/AppOptimizerDialog/GroupRow/Optimal": "optimal",
+    "$$$/qelsystemcompatibilityreport/AppOptimizerDialog/CountSelected": "count @1 @0"})");
+  Register("a")->mAnswers["accept"] = {OptimizationFailed};
+  Register("b");
+  Open([&](RecordedDialog& dialog) {
+    TreeOf(dialog).Check(1, false);
+    EXPECT_EQ(dialog.mTitle, u"title");
+    EXPECT_THAT(dialog.VisibleTexts(), ElementsAre(u"title", u"count 2 1"));
+    EXPECT_THAT(dialog.VisibleButtons(), ElementsAre(u"restore", u"ignore", u"optimize"));
+    EXPECT_THAT(TreeOf(dialog).mRows.at(0).mCells, ElementsAre(u"a", u"current", u"optimal"));
+    EXPECT_EQ(dialog.All<RecordedProgress>().at(0)->mAccessibleName, u"progress");
+    EXPECT_EQ(TreeOf(dialog).mAccessibleName, u"list");
+    dialog.Press(u"optimize");
+  });
+  ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mTitle, u"title");
+}
+
 // ---- Determination that takes its time
 
 TEST_F(AppOptimizerDialogTest, APendingDeterminationIsPolled) {
@@ -186,6 +236,21 @@ TEST_P(LaterPassTest, WhatEndsItDoesNotFillTheTree) {
   });
 }
 
+TEST_F(AppOptimizerDialogTest, EveryFailureOfTheDeterminationIsTold) {
+  Register("x", {OptimizationPending, OptimizationFailed});
+  Register("y", {OptimizationPending, OptimizationFailed});
+  Register("z", {OptimizationPending, OptimizationDone});
+  Open([&](RecordedDialog& dialog) {
+    dialog.Tick();
+    EXPECT_THAT(dialog.VisibleTexts(), ElementsAre(u"Application Optimizer", u"x: because"));
+    dialog.Tick();
+    EXPECT_THAT(dialog.VisibleTexts(), ElementsAre(u"Application Optimizer", u"x: because\ny: because"));
+    dialog.Tick();
+    EXPECT_THAT(dialog.VisibleTexts(),
+                ElementsAre(u"Application Optimizer", u"1 of 1 selected", u"x: because\ny: because"));
+  });
+}
+
 // ---- Optimize, restore, ignore
 
 TEST_F(AppOptimizerDialogTest, OptimizeGoesOnUntilAllIsDoneAndCloses) {
@@ -248,6 +313,40 @@ TEST_F(AppOptimizerDialogTest, AFailureIsToldBeforeTheDialogCloses) {
   }
 }
 
+TEST_F(AppOptimizerDialogTest, AFailureIsToldOverTheDialog) {
+  Register("a")->mAnswers["accept"] = {OptimizationFailed};
+  Open([&](RecordedDialog& dialog) {
+    dialog.Press(u"Optimize");
+    ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+    EXPECT_EQ(mToolkit.mErrorMessages[0].mParent, dialog.AsWindow());
+  });
+}
+
+TEST_F(AppOptimizerDialogTest, AFailureInALaterPassIsTold) {
+  Register("fresh", {OptimizationNotNeeded});
+  Register("a")->mAnswers["accept"] = {OptimizationPending, OptimizationPending, OptimizationFailed};
+  Register("b");
+  Open([&](RecordedDialog& dialog) { dialog.Press(u"Optimize"); });
+  ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mMessage, u"a: because");
+}
+
+/// What was pending when another one stopped the determination is asked to accept, too, although nobody
+/// selected it: the passes that continue visit all that is pending.
+TEST_F(AppOptimizerDialogTest, AFailureOfWhatIsNotSelectedIsTold) {
+  Register("w")->mAnswers["accept"] = {OptimizationPending, OptimizationDone};
+  Register("x", {OptimizationPending})->mAnswers["accept"] = {OptimizationFailed};
+  Register("z", {OptimizationStop});
+  Open([&](RecordedDialog& dialog) { dialog.Press(u"Optimize"); });
+  ASSERT_THAT(mToolkit.mErrorMessages, SizeIs(1));
+  EXPECT_EQ(mToolkit.mErrorMessages[0].mMessage, u"x: because");
+}
+
+TEST_F(AppOptimizerDialogTest, EnterAppliesNothing) {
+  Register("a");
+  Open([&](RecordedDialog& dialog) { EXPECT_EQ(dialog.mOkButton, nullptr); });
+}
+
 TEST_F(AppOptimizerDialogTest, AStopIsNoFailure) {
   Register("a")->mAnswers["accept"] = {OptimizationStop};
   Open([](RecordedDialog& dialog) {
@@ -263,11 +362,44 @@ TEST_F(AppOptimizerDialogTest, ASecondRequestBringsTheOpenOneToTheFront) {
   Open([&](RecordedDialog& dialog) {
     RunAppOptimizer(nullptr);
     EXPECT_EQ(mToolkit.mTimesBroughtToFront, 1);
+    EXPECT_EQ(mToolkit.mTimesAskedForNativeWindow, 1);
     EXPECT_TRUE(dialog.mIsOpen);
   });
   EXPECT_EQ(mToolkit.mDialogsShown, 1);
   Open();
   EXPECT_EQ(mToolkit.mDialogsShown, 2);
+}
+
+TEST_F(AppOptimizerDialogTest, ARequestDuringTheCreationOpensNoOther) {
+  const auto asking = Register("a");
+  asking->mBeforeAnswer = [](const std::string&) { RunAppOptimizer(nullptr); };
+  Open([&](RecordedDialog& dialog) { EXPECT_EQ(TreeOf(dialog).mRows.size(), 1U); });
+  EXPECT_EQ(mToolkit.mDialogsShown, 1);
+  EXPECT_EQ(mToolkit.mTimesBroughtToFront, 0);
+  EXPECT_THAT(mCalls, ElementsAre("a: determine"));
+  asking->mBeforeAnswer = {};
+  Open();
+  EXPECT_EQ(mToolkit.mDialogsShown, 2);
+}
+
+TEST_F(AppOptimizerDialogTest, ASecondRequestWithoutAToolkitThatCanDrawDoesNothing) {
+  Open([&](RecordedDialog&) {
+    mToolkit.mCanDraw = false;
+    RunAppOptimizer(nullptr);
+    EXPECT_EQ(mToolkit.mTimesBroughtToFront, 0);
+    EXPECT_EQ(mToolkit.mTimesAskedForNativeWindow, 0);
+    mToolkit.mCanDraw = true;
+  });
+  EXPECT_EQ(mToolkit.mDialogsShown, 1);
+}
+
+TEST_F(AppOptimizerDialogTest, WithoutAToolkitNothingIsShown) {
+  Register("a");
+  qelui::host::SetNodeManager(nullptr);
+  Open();
+  EXPECT_EQ(mToolkit.mDialogsShown, 0);
+  EXPECT_THAT(mCalls, IsEmpty());
+  EXPECT_THAT(mHost.mExceptionContexts, IsEmpty());
 }
 
 TEST_F(AppOptimizerDialogTest, WithoutAToolkitThatCanDrawNothingIsShown) {
@@ -281,8 +413,48 @@ TEST_F(AppOptimizerDialogTest, WithoutAToolkitThatCanDrawNothingIsShown) {
 TEST_F(AppOptimizerDialogTest, AnExceptionIsLoggedAndTheNextRequestIsServed) {
   Open([](RecordedDialog&) { throw std::runtime_error("toolkit"); });
   EXPECT_THAT(mHost.mExceptionContexts, ElementsAre("qelsystemcompatibilityreport::RunAppOptimizer"));
+  EXPECT_EQ(mToolkit.mDialogsAlive, 0);
   Open();
   EXPECT_EQ(mToolkit.mDialogsShown, 2);
+}
+
+TEST_F(AppOptimizerDialogTest, AnExceptionOfAnOptimizationIsLoggedAndTheNextRequestIsServed) {
+  const struct {
+    const char* mName;
+    const char* mStep;
+    int mCallThatThrows;
+    bool mIsShown;
+    void (*mDo)(RecordedDialog& dialog);
+  } rows[] = {
+      {"while the dialog is created", "determine", 1, false, [](RecordedDialog&) {}},
+      {"at a tick", "determine", 2, true, [](RecordedDialog& dialog) { dialog.Tick(); }},
+      {"when it accepts", "accept", 1, true,
+       [](RecordedDialog& dialog) {
+         dialog.Tick();
+         dialog.Press(u"Optimize");
+       }},
+      {"when it restores", "default", 1, true,
+       [](RecordedDialog& dialog) { dialog.Press(u"Restore system defaults"); }},
+  };
+  const auto optimization = Register("a");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.mName);
+    mHost.mExceptionContexts.clear();
+    mHost.mExceptionTexts.clear();
+    mToolkit.mDialogsShown = 0;
+    optimization->mAnswers["determine"] = {OptimizationPending, OptimizationDone};
+    optimization->mBeforeAnswer = [&row, calls = 0](const std::string& step) mutable {
+      if (step == row.mStep && ++calls == row.mCallThatThrows) throw std::runtime_error("driver");
+    };
+    Open(row.mDo);
+    EXPECT_THAT(mHost.mExceptionContexts, ElementsAre("qelsystemcompatibilityreport::RunAppOptimizer"));
+    EXPECT_THAT(mHost.mExceptionTexts, ElementsAre("driver"));
+    EXPECT_EQ(mToolkit.mDialogsShown, row.mIsShown ? 1 : 0);
+    EXPECT_EQ(mToolkit.mDialogsAlive, 0);
+    optimization->mBeforeAnswer = {};
+    Open();
+    EXPECT_EQ(mToolkit.mDialogsShown, row.mIsShown ? 2 : 1);
+  }
 }
 
 }  // namespace

@@ -3,6 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include "host/qelcore/HostSetup.h"
 #include "tests/support/TestHost.h"
 
@@ -51,6 +57,25 @@ TEST_F(DummyOptimizationTest, EveryStepIsPendingForAWhile) {
   EXPECT_EQ(dummy.Cancel(), OptimizationDone);
 }
 
+TEST_F(DummyOptimizationTest, WithoutAStepThereIsNothingToCancel) {
+  DummyOptimization dummy(Slow());
+  EXPECT_EQ(dummy.Cancel(), OptimizationDone);
+  // Nor did that begin anything.
+  mMilliseconds += 100;
+  EXPECT_EQ(dummy.Accept(), OptimizationPending);
+}
+
+TEST_F(DummyOptimizationTest, AnAbandonedStepLeavesTheNextItsWholeTime) {
+  DummyOptimization dummy(Slow());
+  EXPECT_EQ(dummy.Determine(mCurrent, mOptimal), OptimizationPending);
+  mMilliseconds += 1000;
+  EXPECT_EQ(dummy.Default(), OptimizationPending);
+  mMilliseconds += 99;
+  EXPECT_EQ(dummy.Default(), OptimizationPending);
+  mMilliseconds += 1;
+  EXPECT_EQ(dummy.Default(), OptimizationDone);
+}
+
 TEST_F(DummyOptimizationTest, AcceptAndDefaultChangeTheCurrentValue) {
   auto settings = Slow();
   settings.mStepMilliseconds = 0;
@@ -97,6 +122,26 @@ TEST_F(DummyOptimizationTest, OnlyTrueIsOn) {
   EXPECT_THAT(states, IsEmpty());
 }
 
+TEST_F(DummyOptimizationTest, EachHasATimeOfItsOwn) {
+  ASSERT_TRUE(qelcore::host::BeginProcess());
+  std::vector<OptimizationState> states;
+  InitOptimizationStates(states);
+  EXPECT_EQ(BeginDetermineOptimizations(states), OptimizationPending);
+  std::size_t pending = states.size();
+  for (const OptimizationState& state : states) EXPECT_EQ(state.mStatus, OptimizationPending);
+  // One after the other comes to its end, and none takes long.
+  for (int passed = 0; passed < 2000 && pending != 0; passed += 10) {
+    mMilliseconds += 10;
+    static_cast<void>(ContinueDetermineOptimizations(states));
+    const auto before = pending;
+    pending = static_cast<std::size_t>(
+        std::count_if(states.begin(), states.end(),
+                      [](const OptimizationState& state) { return state.mStatus == OptimizationPending; }));
+    EXPECT_LE(before - pending, 1U);
+  }
+  EXPECT_EQ(pending, 0U);
+}
+
 TEST_F(DummyOptimizationTest, TogetherTheyShowEveryAnswer) {
   ASSERT_TRUE(qelcore::host::BeginProcess());
   std::vector<OptimizationState> states;
@@ -110,11 +155,13 @@ TEST_F(DummyOptimizationTest, TogetherTheyShowEveryAnswer) {
   EXPECT_EQ(ContinueAcceptOptimizations(states), OptimizationDone);
   // What is not shows how it goes wrong.
   std::vector<AppOptimizationStatus> ends;
-  for (OptimizationState& state : states) {
-    std::vector<OptimizationState> one{state};
+  for (const OptimizationState& state : states) {
     if (state.mSelected) continue;
+    std::vector<OptimizationState> one{state};
     one[0].mSelected = true;
-    ends.push_back(BeginAcceptOptimizations(one));
+    EXPECT_EQ(BeginAcceptOptimizations(one), OptimizationPending);
+    mMilliseconds += 10'000;
+    ends.push_back(ContinueAcceptOptimizations(one));
   }
   EXPECT_THAT(ends, testing::UnorderedElementsAre(OptimizationDone, OptimizationFailed, OptimizationStop));
 }

@@ -119,6 +119,19 @@ TEST_F(OptimizationFlowTest, OnlyWhatIsSelectedIsAccepted) {
   EXPECT_THAT(mCalls, IsEmpty());
 }
 
+TEST_F(OptimizationFlowTest, WhatIsPendingIsContinuedAndCancelledWithoutBeingSelected) {
+  for (const NamedPass& pass : kPasses) {
+    if (!pass.mIsForPending) continue;
+    SCOPED_TRACE(pass.mName);
+    MakeThree();
+    for (OptimizationState& state : mStates) state.mSelected = false;
+    mStates[1].mStatus = OptimizationDone;
+    EXPECT_EQ(pass.mPass(mStates), OptimizationDone);
+    const std::string step = pass.mStep;
+    EXPECT_THAT(mCalls, ElementsAre("a: " + step, "c: " + step));
+  }
+}
+
 TEST_F(OptimizationFlowTest, DetermineSelectsWhatItRecommends) {
   for (const Pass pass : {Pass{BeginDetermineOptimizations}, Pass{ContinueDetermineOptimizations}}) {
     for (const AppOptimizationStatus status : {OptimizationNotNeeded, OptimizationDone, OptimizationPending,
@@ -156,6 +169,23 @@ TEST_F(OptimizationFlowTest, AnEmptyReferenceRaisesInEveryPassThatVisitsIt) {
     }
     EXPECT_EQ(mCalls.size(), 1U);
     EXPECT_EQ(mStates[2].mStatus, OptimizationPending);
+  }
+}
+
+TEST_F(OptimizationFlowTest, AnEmptyReferenceThatIsNotVisitedRaisesNothing) {
+  for (const NamedPass& pass : kPasses) {
+    const bool isForSelected = pass.mPass == &BeginAcceptOptimizations;
+    if (!isForSelected && !pass.mIsForPending) continue;
+    SCOPED_TRACE(pass.mName);
+    MakeThree();
+    mStates[1].mOptimization = nullptr;
+    if (isForSelected) {
+      mStates[1].mSelected = false;
+    } else {
+      mStates[1].mStatus = OptimizationFailed;
+    }
+    EXPECT_EQ(pass.mPass(mStates), OptimizationDone);
+    EXPECT_EQ(mCalls.size(), 2U);
   }
 }
 

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/Config.h"
@@ -74,6 +77,23 @@ TEST_F(OptimizationRegistryTest, TheRegistryIsClearedAtTheProcessesEnd) {
   EXPECT_FALSE(observer.expired());
   qelcore::host::EndProcess();
   EXPECT_TRUE(observer.expired());
+}
+
+TEST_F(OptimizationRegistryTest, OnlyTheFirstRegistrationArrangesTheClearing) {
+  auto first = Make("a");
+  auto second = Make("b");
+  const std::weak_ptr<ScriptedOptimization> firstObserver = first;
+  const std::weak_ptr<ScriptedOptimization> secondObserver = second;
+  EXPECT_TRUE(RegisterAppOptimization(std::move(first)));
+  // Actions run in the reverse order of their registration, so this one comes between those of the two.
+  bool areThere = false;
+  qelcore::config::AddTerminationForSingleton(
+      [&] { areThere = !firstObserver.expired() && !secondObserver.expired(); }, "a module");
+  EXPECT_TRUE(RegisterAppOptimization(std::move(second)));
+  qelcore::host::EndProcess();
+  EXPECT_TRUE(areThere);
+  EXPECT_TRUE(firstObserver.expired());
+  EXPECT_TRUE(secondObserver.expired());
 }
 
 TEST_F(OptimizationRegistryTest, AnOptimizationAnswersToItsInterfaces) {

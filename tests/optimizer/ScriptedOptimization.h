@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -35,11 +36,14 @@ class ScriptedOptimization final : public qelsystemcompatibilityreport::IAppOpti
 
   /// What each step answers, call by call; the last answer stays.
   std::map<std::string, std::deque<Status>> mAnswers;
+  /// Called before a step answers; may throw.
+  std::function<void(const std::string& step)> mBeforeAnswer;
   std::string mFailureText = "because";
 
  private:
   Status Answer(const std::string& step) {
     mCalls.push_back(mName + ": " + step);
+    if (mBeforeAnswer) mBeforeAnswer(step);
     auto& answers = mAnswers[step];
     if (answers.empty()) return Status::OptimizationDone;
     const Status status = answers.front();

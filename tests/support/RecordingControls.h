@@ -109,14 +109,20 @@ class RecordedScrollView final : public RecordedControl<qelui::ScrollView> {
   [[nodiscard]] qelui::Size MeasureContent() override {
     return {100, static_cast<int>(mContent.mOrder.size())};
   }
-  void SetScrollBarSize(const qelui::Size& contentSize) override { mScrollBarSize = contentSize; }
-  void ScrollIntoView(const qelui::Control& control) override { mShown = &control; }
-  void Update() override { ++mTimesUpdated; }
+  void SetScrollBarSize(const qelui::Size& contentSize) override {
+    mCalls.emplace_back("SetScrollBarSize");
+    mScrollBarSize = contentSize;
+  }
+  void ScrollIntoView(const qelui::Control& control) override {
+    mCalls.emplace_back("ScrollIntoView");
+    mShown = &control;
+  }
+  void Update() override { mCalls.emplace_back("Update"); }
 
   RecordedView mContent;
   qelui::Size mScrollBarSize;
   const qelui::Control* mShown = nullptr;
-  int mTimesUpdated = 0;
+  std::vector<std::string> mCalls;  ///< what was asked for, in its order
 };
 
 /// All controls of a kind below a view, in their order, those of hidden views included.

@@ -27,9 +27,13 @@ void ForEachVisible(const RecordedView& view, const Visit& visit) {
 // ---- RecordedDialog
 
 RecordedDialog::RecordedDialog(RecordingUserInterface& toolkit, qelui::OS_Window* parent)
-    : mParent(parent), mToolkit(toolkit) {}
+    : mParent(parent), mToolkit(toolkit) {
+  ++mToolkit.mDialogsAlive;
+}
 
-RecordedDialog::~RecordedDialog() = default;
+RecordedDialog::~RecordedDialog() {
+  --mToolkit.mDialogsAlive;
+}
 
 void RecordedDialog::RunModal() {
   mIsOpen = true;
@@ -41,6 +45,15 @@ void RecordedDialog::RunModal() {
 
 void RecordedDialog::BringToFront() {
   ++mToolkit.mTimesBroughtToFront;
+}
+
+void* RecordedDialog::GetNativeWindow() {
+  ++mToolkit.mTimesAskedForNativeWindow;
+  return nullptr;
+}
+
+qelui::OS_Window* RecordedDialog::AsWindow() {
+  return reinterpret_cast<qelui::OS_Window*>(this);
 }
 
 qelui::TimerID RecordedDialog::InstallTimer(double seconds, std::function<void(qelui::TimerID)> onTick) {
@@ -123,8 +136,9 @@ void RecordingUserInterface::ShowErrorMessage(const std::u16string& title, const
 }
 
 std::u16string RecordingUserInterface::RunSaveAsDialog(const qelui::OS_FileSaveAsDialog& dialog,
-                                                       qelui::DialogWindow* /*parent*/) {
+                                                       qelui::DialogWindow* parent) {
   mSaveAsDialogs.push_back(dialog);
+  mSaveAsParents.push_back(parent);
   return mSaveAsAnswer;
 }
 

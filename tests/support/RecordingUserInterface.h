@@ -30,7 +30,8 @@ class RecordedDialog final : public qelui::DialogWindow {
   void RunModal() override;
   void Close() override { mIsOpen = false; }
   void BringToFront() override;
-  [[nodiscard]] void* GetNativeWindow() override { return mNativeWindow; }
+  [[nodiscard]] void* GetNativeWindow() override;
+  [[nodiscard]] qelui::OS_Window* AsWindow() override;
   qelui::TimerID InstallTimer(double seconds, std::function<void(qelui::TimerID)> onTick) override;
   void RemoveTimer(qelui::TimerID timer) override { mTimers.erase(timer); }
 
@@ -65,7 +66,6 @@ class RecordedDialog final : public qelui::DialogWindow {
   RecordedButton* mCloseControl = nullptr;
   qelui::Size mContentSize;
   bool mIsOpen = false;
-  void* mNativeWindow = nullptr;
 
   struct Timer {
     double mSeconds;
@@ -118,8 +118,11 @@ class RecordingUserInterface final : public qelui::NodeManager, public qelui::Dr
 
   std::vector<ErrorMessage> mErrorMessages;
   std::vector<qelui::OS_FileSaveAsDialog> mSaveAsDialogs;
+  std::vector<const qelui::DialogWindow*> mSaveAsParents;
   int mDialogsShown = 0;
+  int mDialogsAlive = 0;
   int mTimesBroughtToFront = 0;
+  int mTimesAskedForNativeWindow = 0;
 };
 
 /// A window that nobody looks into.

@@ -137,6 +137,13 @@ class Part:
         assert self.has("SENSITIVE"), f"{self} cannot be pressed"
         assert self.ask("Action", "DoAction", "(i)", 0)[0], f"{self} refused to be pressed"
 
+    def act(self, name):
+        """Does the one of its actions that has this name."""
+        count = call(accessibility_bus(), self.owner, self.path, "org.freedesktop.DBus.Properties", "Get", "(ss)",
+                     "org.a11y.atspi.Action", "NActions")[0]
+        names = [self.ask("Action", "GetName", "(i)", index)[0] for index in range(count)]
+        assert self.ask("Action", "DoAction", "(i)", names.index(name))[0], f"{self} refused to {name}"
+
     def press_by_keyboard(self):
         """Gives it the keyboard and presses the space bar."""
         assert self.ask("Component", "GrabFocus")[0], f"{self} does not take the keyboard"

@@ -42,6 +42,7 @@ class Appearance(WindowTest):
         # The rows come with the next layout.
         wait_for("the layout", lambda: optimizer.find("push button", "Optimize").is_within(optimizer))
         self.expect_parts_inside(optimizer, 6)
+        self.assertEqual(optimizer.all("scroll bar"), [])
         return optimizer
 
     def close_report(self, report):

@@ -26,7 +26,7 @@ class Desktop(WindowTest):
         wait_for("the main window to have the keyboard", lambda: self.main_window.has("ACTIVE"))
 
     def log(self):
-        return next(part for part in self.main_window.all("text") if not part.has("EDITABLE")).text
+        return self.main_window.find("text", "Log").text
 
     def wait_for_log(self, text):
         wait_for(f"the log to say {text!r}", lambda: text in self.log())

@@ -46,6 +46,17 @@ class CheckBoxes(OptimizerTest):
         wait_for("the state of the check box", lambda: self.check_box(table, 0).has("CHECKED"))
 
 
+    def test_press_changes_a_check_box(self):
+        table = self.wait_for_rows()
+        for action in ("toggle", "Activates the cell"):
+            for count, is_checked in (("2 of 3 selected", False), ("3 of 3 selected", True)):
+                with self.subTest(action=action, is_checked=is_checked):
+                    self.check_box(table, 0).act(action)
+                    self.expect_count(count)
+                    wait_for("the state of the check box", lambda is_checked=is_checked:
+                             self.check_box(table, 0).has("CHECKED") == is_checked)
+
+
 class FocusedRows(LongReportTest):
     def test_the_whole_row_is_scrolled_into_view(self):
         for row in range(20):

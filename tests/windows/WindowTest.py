@@ -173,5 +173,5 @@ class WindowTest(unittest.TestCase):
 
 def main():
     """<case>.py <scr> [<test>...]"""
-    os.environ["QELSCR"] = sys.argv.pop(1)
+    os.environ["QELSCR"] = os.path.abspath(sys.argv.pop(1))
     unittest.main(verbosity=2)

@@ -22,7 +22,7 @@ ButtonControl::ButtonControl(ControlHost& host, wxWindow& parent, ButtonLook loo
     : ControlOf<Button>(host, MakeNativeButton(parent, look, ToWx(caption))),
       mButton(static_cast<wxButton*>(&GetWindow())),
       mCaption(ToWx(caption)) {
-  mButton->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Host().Choose(*this); });
+  mButton->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Host().ChooseSoon(*this); });
 }
 
 void ButtonControl::SetCaption(const std::u16string& caption) {

@@ -156,7 +156,8 @@ void StackLayout::PlaceAcross(const Rectangle& rectangle) const {
     const int height = item.TakesHeight()
                            ? rectangle.mHeight
                            : std::min(item.GetPreferredHeight(widths[index]), rectangle.mHeight);
-    item.Place({left, rectangle.mTop + (rectangle.mHeight - height) / 2, widths[index], height});
+    const int above = item.StandsAtTop() ? 0 : (rectangle.mHeight - height) / 2;
+    item.Place({left, rectangle.mTop + above, widths[index], height});
     left += widths[index] + mGap;
   }
 }

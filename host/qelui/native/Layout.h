@@ -44,11 +44,14 @@ class LayoutItem {
   /// Whether an item in a view that goes down is as wide as the view.
   [[nodiscard]] virtual bool FillsWidth() const { return TakesWidth(); }
 
+  /// Whether the item stands at the top of a row instead of in its middle.
+  [[nodiscard]] virtual bool StandsAtTop() const { return false; }
+
   virtual void Place(const Rectangle& rectangle) = 0;
 };
 
-/// Lays items out in one direction. Items across a row stand in its middle. A row that is too narrow for what
-/// is in it goes down instead.
+/// Lays items out in one direction. Items across a row stand in its middle or at its top. A row that is too
+/// narrow for what is in it goes down instead.
 class StackLayout {
  public:
   StackLayout(Direction direction, int gap) : mDirection(direction), mGap(gap) {}

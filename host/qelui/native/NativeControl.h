@@ -29,8 +29,10 @@ class ControlHost {
   virtual void LayOutSoon() = 0;
   /// Lays everything out now, as far as it is needed.
   virtual void LayOutNow() = 0;
-  /// The user chose the button.
-  virtual void Choose(ButtonControl& button) = 0;
+  /// The user chose the button. Its action runs afterwards, because whoever pressed the button may wait for
+  /// the press to end, as a screen reader does, while the action may open a window. What is chosen before the
+  /// action has run is ignored.
+  virtual void ChooseSoon(ButtonControl& button) = 0;
   /// Runs what came from outside. What it throws must not reach the system's event loop: it ends the dialog
   /// and is thrown again where the dialog was run.
   virtual void RunGuarded(const std::function<void()>& body) = 0;

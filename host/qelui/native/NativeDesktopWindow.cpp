@@ -11,10 +11,10 @@
 #include <utility>
 
 #include "host/qelui/native/Measures.h"
-#include "host/qelui/native/ModalLevel.h"
 #include "host/qelui/native/System.h"
 #include "host/qelui/native/Text.h"
 #include "host/qelui/native/WindowHandle.h"
+#include "platform/qelcore/Localisation.h"
 
 namespace qelui::native {
 
@@ -36,6 +36,7 @@ NativeDesktopWindow::NativeDesktopWindow() : mFrame(new wxFrame(nullptr, wxID_AN
   mLog = new wxTextCtrl(panel, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                         wxTE_MULTILINE | wxTE_READONLY);
   mLog->SetFont(FixedFont(*mLog));
+  SetAccessibleName(*mLog, ToWx(qelcore::Localise("$$$/qel/host/ui/kLogText=Log")));
   mInputRow = new wxPanel(panel);
   mInputLabel = new wxStaticText(mInputRow, wxID_ANY, wxEmptyString);
   mInput = new wxTextCtrl(mInputRow, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
@@ -101,13 +102,24 @@ void NativeDesktopWindow::AddItem(wxMenu& menu, host::MenuItem item) {
       item.mIsChecked ? menu.AppendCheckItem(wxID_ANY, caption) : menu.Append(wxID_ANY, caption);
   if (item.mIsChecked) mChecked.push_back({native, std::move(item.mIsChecked)});
   menu.Bind(
-      wxEVT_MENU,
-      [this, action = std::move(item.mAction)](wxCommandEvent&) {
-        RunGuarded([&] {
-          if (action) action();
-        });
-      },
+      wxEVT_MENU, [this, action = std::move(item.mAction)](wxCommandEvent&) { ChooseSoon(action); },
       native->GetId());
+}
+
+// Whoever pressed the line may wait for the press to end, as a screen reader does, while the action may open
+// a window.
+void NativeDesktopWindow::ChooseSoon(const Action& action) {
+  if (!mLevel || mChosen) return;
+  mChosen = action;
+  mFrame->CallAfter([this] {
+    // The window may have been closed meanwhile.
+    if (!mChosen) return;
+    const Action chosen = *std::exchange(mChosen, std::nullopt);
+    // A screen reader's press reaches a window below a dialog, too.
+    if (chosen && mLevel->IsUppermost()) RunGuarded(chosen);
+    // The press changed the mark, whatever the action did.
+    UpdateCheckMarks();
+  });
 }
 
 void NativeDesktopWindow::UpdateCheckMarks() {
@@ -170,13 +182,15 @@ void NativeDesktopWindow::RunGuarded(const std::function<void()>& body) {
 
 void NativeDesktopWindow::Run() {
   mException = nullptr;
-  const ModalLevel level;
+  mLevel.emplace();
   wxEventLoop loop;
   mLoop = &loop;
   mFrame->CentreOnScreen();
   mFrame->Show();
   loop.Run();
   mLoop = nullptr;
+  mLevel.reset();
+  mChosen.reset();
   mFrame->Hide();
   if (mException) std::rethrow_exception(std::exchange(mException, nullptr));
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 
 #include "host/qelui/DesktopWindow.h"
+#include "host/qelui/native/ModalLevel.h"
 
 class wxEventLoopBase;
 class wxFrame;
@@ -40,6 +42,7 @@ class NativeDesktopWindow final : public host::DesktopWindow {
   };
 
   void AddItem(wxMenu& menu, host::MenuItem item);
+  void ChooseSoon(const Action& action);
   void UpdateCheckMarks();
   void OnEnter();
   void OnCloseBox();
@@ -53,6 +56,8 @@ class NativeDesktopWindow final : public host::DesktopWindow {
   std::vector<Checked> mChecked;
   std::function<void(const std::u16string& text)> mOnEnter;
   std::function<bool()> mMayClose;
+  std::optional<Action> mChosen;     ///< of a line of a menu; it has not run yet
+  std::optional<ModalLevel> mLevel;  ///< while it runs
   wxEventLoopBase* mLoop = nullptr;  ///< while it runs
   std::exception_ptr mException;
 };

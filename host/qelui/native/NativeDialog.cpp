@@ -100,6 +100,7 @@ void NativeDialog::RunModal() {
   mDialog->ShowModal();
   for (const auto& [id, timer] : mTimers) timer->Stop();
   mLevel.reset();
+  mChosen = nullptr;
   if (mException) std::rethrow_exception(std::exchange(mException, nullptr));
 }
 
@@ -136,6 +137,10 @@ void* NativeDialog::GetNativeWindow() {
   return GetSystemHandle(*mDialog);
 }
 
+OS_Window* NativeDialog::AsWindow() {
+  return ToContract(mDialog);
+}
+
 TimerID NativeDialog::InstallTimer(double seconds, std::function<void(TimerID)> onTick) {
   const TimerID id = ++mLastTimer;
   const int interval = std::max(1, static_cast<int>(std::lround(seconds * kMilliseconds)));
@@ -163,8 +168,19 @@ void NativeDialog::LayOutSoon() {
   });
 }
 
-void NativeDialog::Choose(ButtonControl& button) {
-  if (!mLevel || !button.CanBeUsed()) return;
+void NativeDialog::ChooseSoon(ButtonControl& button) {
+  if (!mLevel || mChosen != nullptr) return;
+  mChosen = &button;
+  mDialog->CallAfter([this] {
+    // The dialog may have ended meanwhile.
+    const ButtonControl* const chosen = std::exchange(mChosen, nullptr);
+    if (chosen != nullptr) Choose(*chosen);
+  });
+}
+
+void NativeDialog::Choose(const ButtonControl& button) {
+  // A screen reader's press reaches a dialog below another one, too.
+  if (!mLevel || !mLevel->IsUppermost() || mIsClosing || !button.CanBeUsed()) return;
   RunGuarded([action = button.GetAction()] {
     if (action) action();
   });

@@ -36,6 +36,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   void Close() override;
   void BringToFront() override;
   void* GetNativeWindow() override;
+  OS_Window* AsWindow() override;
   TimerID InstallTimer(double seconds, std::function<void(TimerID)> onTick) override;
   void RemoveTimer(TimerID timer) override;
 
@@ -47,9 +48,10 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   // ControlHost
   void LayOutSoon() override;
   void LayOutNow() override;
-  void Choose(ButtonControl& button) override;
+  void ChooseSoon(ButtonControl& button) override;
   void RunGuarded(const std::function<void()>& body) override;
 
+  void Choose(const ButtonControl& button);
   void ChooseCloseControl();
   void EndIfClosing();
   void PrepareToShow();
@@ -78,6 +80,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   std::unique_ptr<ScrollArea> mArea;  ///< all of the content, which scrolls when the screen is too small
   ButtonControl* mOkButton = nullptr;
   ButtonControl* mCloseControl = nullptr;
+  ButtonControl* mChosen = nullptr;  ///< whose action has not run yet
   std::optional<Size> mContentSize;
   wxSize mLeastSize;
   wxSize mChosenSize;  ///< of the content, before the user changed it

@@ -99,11 +99,17 @@ void NativeDialog::MoveFocus(bool forward) {
 void NativeDialog::Focus(NativeControl& control) {
   mArea->ExpectFocus(control.GetWindow());
   control.GetWindow().SetFocus();
+  const NativeControl* const row = RowOf(&control);
+  const auto show = [&](ScrollArea& area) {
+    // As much as there is room for of what belongs to the control, but the control itself in any case.
+    if (row != nullptr) area.ScrollToShow(row->GetWindow());
+    area.ScrollToShow(control.GetWindow());
+  };
   for (NativeControl* outer = control.GetContainer(); outer != nullptr; outer = outer->GetContainer()) {
     auto* const scroll = dynamic_cast<ScrollControl*>(outer);
-    if (scroll != nullptr) scroll->GetArea().ScrollToShow(control.GetWindow());
+    if (scroll != nullptr) show(scroll->GetArea());
   }
-  mArea->ScrollToShow(control.GetWindow());
+  show(*mArea);
 }
 
 void NativeDialog::FocusFirst() {

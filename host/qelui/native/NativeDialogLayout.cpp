@@ -58,7 +58,14 @@ void NativeDialog::ChooseSize() {
     const wxSize present = mDialog->GetClientSize();
     wxSize larger = present;
     larger.IncTo(present == mChosenSize ? size : mLeastSize);
-    if (larger != present) SetSize(larger);
+    if (larger == present) return;
+    SetSize(larger);
+    // It grows to all sides, and stays in the middle if it was there.
+    const wxSize added = larger - present;
+    wxPoint corner = mDialog->GetPosition() - wxSize(added.GetWidth() / 2, added.GetHeight() / 2);
+    corner.x = std::max(corner.x, 0);
+    corner.y = std::max(corner.y, 0);
+    mDialog->Move(corner);
     return;
   }
   if (mContentSize) {

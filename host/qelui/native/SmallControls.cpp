@@ -2,36 +2,59 @@
 
 #include <wx/activityindicator.h>
 #include <wx/artprov.h>
+#include <wx/brush.h>
+#include <wx/graphics.h>
+#include <wx/image.h>
+#include <wx/pen.h>
 #include <wx/statbmp.h>
+
+#include <algorithm>
+#include <memory>
 
 namespace qelui::native {
 
 namespace {
 
 wxArtID ArtFor(IconKind kind) {
-  switch (kind) {
-    case IconKind::kInformation:
-      return wxART_INFORMATION;
-    case IconKind::kWarning:
-      return wxART_WARNING;
-    case IconKind::kError:
-      return wxART_ERROR;
-  }
-  return wxART_INFORMATION;
+  return kind == IconKind::kWarning ? wxART_WARNING : wxART_ERROR;
 }
 
-/// As high as two lines of text, so that icons grow with it.
-wxSize IconSize(const wxWindow& parent) {
+/// A white letter in a blue disc, which is seen on light and on dark. The pictures that themes have for it
+/// are pale.
+wxImage DrawInformation(int side) {
+  wxImage image(side, side);
+  image.InitAlpha();
+  std::fill_n(image.GetAlpha(), side * side, wxALPHA_TRANSPARENT);
+  const std::unique_ptr<wxGraphicsContext> context(wxGraphicsContext::Create(image));
+  const double unit = side / 16.0;
+  context->SetPen(*wxTRANSPARENT_PEN);
+  context->SetBrush(wxBrush(wxColour(0x35, 0x84, 0xe4)));
+  context->DrawEllipse(unit, unit, 14 * unit, 14 * unit);
+  context->SetBrush(*wxWHITE_BRUSH);
+  context->DrawEllipse(7 * unit, 3.5 * unit, 2 * unit, 2 * unit);
+  context->DrawRoundedRectangle(7 * unit, 6.5 * unit, 2 * unit, 6 * unit, unit);
+  context->Flush();
+  return image;
+}
+
+/// In exactly that size: themes have pictures of a few sizes only.
+wxBitmap MakeBitmap(IconKind kind, int side) {
+  if (kind == IconKind::kInformation) return wxBitmap(DrawInformation(side));
+  // Asked for a larger size, themes give a small picture with a wide edge.
+  const wxImage image = wxArtProvider::GetBitmap(ArtFor(kind), wxART_MESSAGE_BOX).ConvertToImage();
+  return wxBitmap(image.IsOk() ? image.Scale(side, side, wxIMAGE_QUALITY_HIGH) : wxImage(side, side));
+}
+
+/// As high as two lines of text, so that icons grow with it; twice as fine for fine screens.
+wxBitmapBundle MakePicture(IconKind kind, const wxWindow& parent) {
   const int side = 2 * parent.GetCharHeight();
-  return {side, side};
+  return wxBitmapBundle::FromBitmaps(MakeBitmap(kind, side), MakeBitmap(kind, 2 * side));
 }
 
 }  // namespace
 
 IconControl::IconControl(ControlHost& host, wxWindow& parent, IconKind kind, const std::u16string& name)
-    : ControlOf<Icon>(host, new wxStaticBitmap(&parent, wxID_ANY,
-                                               wxArtProvider::GetBitmapBundle(ArtFor(kind), wxART_MESSAGE_BOX,
-                                                                              IconSize(parent)))) {
+    : ControlOf<Icon>(host, new wxStaticBitmap(&parent, wxID_ANY, MakePicture(kind, parent))) {
   SetAccessibleName(name);
 }
 

@@ -14,6 +14,8 @@ class IconControl final : public ControlOf<Icon> {
   [[nodiscard]] int GetMinimumWidth() override;
   [[nodiscard]] int GetPreferredWidth() override;
   [[nodiscard]] int GetPreferredHeight(int width) override;
+  /// Beside the beginning of a long text, not far below it.
+  [[nodiscard]] bool StandsAtTop() const override { return true; }
 };
 
 class ProgressControl final : public ControlOf<ProgressIndicator> {

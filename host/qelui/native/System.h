@@ -1,5 +1,5 @@
-// What wxWidgets does not offer in the same way on every system. `gtk/` implements it for GTK, `plain/` for
-// every other system.
+// What wxWidgets does not offer in the same way on every system: `gtk/` implements it for GTK, `windows/` for
+// Windows.
 #pragma once
 
 #include <wx/string.h>
@@ -51,6 +51,10 @@ void ScrollToTop(wxDataViewCtrl& tree);
 
 /// Makes screen readers see no check mark in the cells of that column that have no check box.
 void ClearHiddenCheckMarks(wxDataViewColumn& column);
+
+/// What a screen reader calls the check box in the first column of a row. Rows are counted from the top as
+/// they are shown, those below other rows as well. New rows have no names.
+void SetCheckBoxName(wxDataViewCtrl& tree, int row, const wxString& name);
 
 /// The handle that dialogs tell the library; null on systems that have none.
 [[nodiscard]] void* GetSystemHandle(wxWindow& window);

@@ -108,7 +108,14 @@ class WxToolkit final : public host::NativeToolkit {
 
 }  // namespace qelui::native
 
-extern "C" QELUI_EXPORT qelui::host::NativeToolkit* qelui_native_Start(std::string& reason) {
+// The one thing that this library exports; `qelui` asks for it by name.
+#if defined(_WIN32)
+#define QELUI_NATIVE_EXPORT __declspec(dllexport)
+#else
+#define QELUI_NATIVE_EXPORT __attribute__((visibility("default")))
+#endif
+
+extern "C" QELUI_NATIVE_EXPORT qelui::host::NativeToolkit* qelui_native_Start(std::string& reason) {
   auto toolkit = std::make_unique<qelui::native::WxToolkit>();
   if (toolkit->Start()) return toolkit.release();
   reason = "there is no display to show windows on";

@@ -17,6 +17,9 @@ constexpr int kLeastLetters = 24;
 constexpr int kLeastRows = 4;
 constexpr int kMostPreferredRows = 16;
 
+/// Of a level of rows, and of a check box, which do not grow with the text.
+constexpr int kIndent = 24;
+
 /// The height of a row with the room above and below its text.
 int RowHeight(const wxWindow& window) {
   return window.GetCharHeight() * 3 / 2;
@@ -55,8 +58,17 @@ void TreeControl::SetRows(std::vector<TreeRow> rows) {
   mModel->Cleared();
   for (const wxDataViewItem& parent : mModel->Parents()) mTree->Expand(parent);
   mTree->GetColumn(0)->SetHidden(!mModel->HasCheckBoxes());
+  NameCheckBoxes();
   Measure();
   ContentChanged();
+}
+
+void TreeControl::NameCheckBoxes() {
+  int place = 0;
+  mModel->ForEachRow([&](const TreeRow& row, int /*depth*/) {
+    if (row.mHasCheckBox && !row.mCells.empty()) SetCheckBoxName(*mTree, place, ToWx(row.mCells.front()));
+    ++place;
+  });
 }
 
 void TreeControl::SetOnCheck(std::function<void(std::size_t row, bool isChecked)> onCheck) {
@@ -105,7 +117,7 @@ void TreeControl::Measure() {
       const wxFont& font = row.mStyle == FontStyle::kPlain ? plain : bold;
       mTree->GetTextExtent(ToWx(row.mCells[index]), &width, &height, nullptr, nullptr, &font);
       // Each level stands further in, behind the place where a row is unfolded.
-      if (index == 0) width += (depth + 1) * RowHeight(*mTree);
+      if (index == 0) width += (depth + 1) * mTree->FromDIP(kIndent);
       widths[index] = std::max(widths[index], width + RowHeight(*mTree));
     }
   });
@@ -117,7 +129,7 @@ void TreeControl::Measure() {
 }
 
 int TreeControl::GetPreferredWidth() {
-  const int checkBoxes = mModel->HasCheckBoxes() ? 2 * RowHeight(*mTree) : 0;
+  const int checkBoxes = mModel->HasCheckBoxes() ? 2 * mTree->FromDIP(kIndent) : 0;
   return std::max(mTextWidth + checkBoxes, GetMinimumWidth());
 }
 

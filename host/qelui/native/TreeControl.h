@@ -33,6 +33,7 @@ class TreeControl final : public ControlOf<Tree> {
 
  private:
   void OnCheck(std::size_t row, bool isChecked);
+  void NameCheckBoxes();
   void Measure();
 
   wxDataViewCtrl* mTree;

@@ -107,6 +107,8 @@ bool TreeModel::SetValue(const wxVariant& value, const wxDataViewItem& item, uns
   if (column != kCheckColumn || !node.mRow.mHasCheckBox) return false;
   if (node.mRow.mIsChecked == value.GetBool()) return true;
   node.mRow.mIsChecked = value.GetBool();
+  // Screen readers hear of changed rows, not of changed values.
+  ItemChanged(item);
   if (node.mParent == nullptr) mOnCheck(node.mPlace, node.mRow.mIsChecked);
   return true;
 }

@@ -1,5 +1,6 @@
 #include "host/qelui/DesktopWindow.h"
 
+#include <gtk/gtk.h>
 #include <wx/frame.h>
 #include <wx/menu.h>
 #include <wx/textctrl.h>
@@ -126,6 +127,15 @@ TEST_F(DesktopWindowTest, TheLogShowsLinesThatNobodyCanChange) {
     EXPECT_FALSE(log->IsEditable());
     mWindow->ClearLog();
     EXPECT_EQ(log->GetValue(), "");
+    mWindow->Close();
+  });
+}
+
+TEST_F(DesktopWindowTest, ScreenReadersAreToldWhatTheLogIs) {
+  Run([&] {
+    GtkWidget* const scrolled = FindAll<wxTextCtrl>().front()->GetHandle();
+    GtkWidget* const view = gtk_bin_get_child(GTK_BIN(scrolled));
+    EXPECT_STREQ(atk_object_get_name(gtk_widget_get_accessible(view)), "Log");
     mWindow->Close();
   });
 }

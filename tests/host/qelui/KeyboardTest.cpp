@@ -115,6 +115,20 @@ TEST_F(KeyboardTest, FocusedRowsAreScrolledIntoView) {
   });
 }
 
+TEST_F(KeyboardTest, TheWholeRowOfTheFocusIsScrolledIntoView) {
+  ListDialog dialog(SampleRows(20));
+  RunWith(dialog, [&] {
+    for (int row = 0; row < 20; ++row) {
+      PressKey(WXK_TAB);
+      const wxWindow* const line = wxWindow::FindFocus()->GetParent();
+      // The window that scrolls holds the rows' view.
+      const wxRect list = line->GetParent()->GetParent()->GetScreenRect();
+      EXPECT_TRUE(list.Contains(line->GetScreenRect())) << "row " << row;
+    }
+    dialog.Close();
+  });
+}
+
 TEST_F(KeyboardTest, CopyingWithoutASelectionCopiesTheRowThatHasTheFocus) {
   ListDialog dialog({{u"First heading", u"First & <b>name</b>", u"First message", true},
                      {u"Second heading", u"Second name", u"Second message", false}});

@@ -1,9 +1,11 @@
 // Where the controls of open dialogs stand.
 #include <wx/display.h>
 #include <wx/scrolwin.h>
+#include <wx/statbmp.h>
 #include <wx/toplevel.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/host/qelui/ToolkitTest.h"
 
@@ -198,6 +200,46 @@ TEST_F(ListLayoutTest, ArrowAndPageKeysScrollTheListEvenFromOutside) {
     EXPECT_GT(position(), 100);
     PressKey(WXK_HOME);
     EXPECT_EQ(position(), 0);
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, IconsAreAsHighAsTwoLinesAtTheBeginningOfTheirTexts) {
+  ListDialog dialog({{u"Heading", u"Name", std::u16string(900, u'x'), true},
+                     {u"Heading", u"Name", std::u16string(900, u'x'), false}});
+  RunWith(dialog, [&] {
+    int icons = 0;
+    for (const wxWindow* const window : ShownDescendants(*FindList())) {
+      if (dynamic_cast<const wxStaticBitmap*>(window) == nullptr) continue;
+      ++icons;
+      EXPECT_EQ(window->GetSize().GetHeight(), 2 * TopWindow()->GetCharHeight());
+      const wxWindow* const texts = window->GetNextSibling();
+      EXPECT_GT(texts->GetSize().GetHeight(), 5 * TopWindow()->GetCharHeight());
+      EXPECT_EQ(window->GetPosition().y, texts->GetPosition().y);
+    }
+    EXPECT_EQ(icons, 2);
+    dialog.Close();
+  });
+}
+
+TEST_F(ListLayoutTest, ADialogThatGrowsStaysInTheMiddle) {
+  TimedDialog dialog;
+  StaticText& text = dialog.GetContentView().AddText(u"Short");
+  RunWith(dialog, [&] {
+    const auto middle = [] {
+      const wxRect place = TopWindow()->GetScreenRect();
+      return place.GetPosition() + place.GetSize() / 2;
+    };
+    const wxPoint before = middle();
+    const int height = TopWindow()->GetSize().GetHeight();
+    std::u16string lines;
+    for (int line = 0; line < 20; ++line) lines += u"One more line\n";
+    text.SetText(lines);
+    EXPECT_TRUE(WaitUntil([&] {
+      return TopWindow()->GetSize().GetHeight() > height + 200 && std::abs(middle().y - before.y) <= 4 &&
+             std::abs(middle().x - before.x) <= 4;
+    })) << middle().y
+        << " was " << before.y;
     dialog.Close();
   });
 }

@@ -101,6 +101,8 @@ void SendInput(const std::function<void(wxUIActionSimulator&)>& send) {
   send(simulator);
   EXPECT_TRUE(WaitUntil([&] { return counter.Count() > 0 || ShownWindows() != before; }));
   while (wxEventLoopBase::GetActive()->Pending()) wxEventLoopBase::GetActive()->Dispatch();
+  // What was put off until later.
+  wxTheApp->ProcessPendingEvents();
 }
 
 /// Not every window tells of the mouse; a key without a meaning that was pressed later tells that the mouse's

@@ -1,3 +1,4 @@
+#include <gtk/gtk.h>
 #include <wx/dataview.h>
 #include <wx/toplevel.h>
 
@@ -37,6 +38,27 @@ class TreeTest : public ToolkitTest {
     wxVariant value;
     mNative->GetModel()->GetValue(value, item, column);
     return value.GetString().utf8_string();
+  }
+
+  /// What a screen reader finds in the first column of a row.
+  [[nodiscard]] AtkObject* AccessibleCheckBox(int row) const {
+    GtkWidget* const view = gtk_bin_get_child(GTK_BIN(mNative->GetHandle()));
+    AtkObject* const cell = atk_table_ref_at(ATK_TABLE(gtk_widget_get_accessible(view)), row, 0);
+    // The table keeps it.
+    g_object_unref(cell);
+    return cell;
+  }
+
+  [[nodiscard]] std::string CheckBoxName(int row) const {
+    const char* const name = atk_object_get_name(AccessibleCheckBox(row));
+    return name == nullptr ? "" : name;
+  }
+
+  [[nodiscard]] bool IsSaidToBeChecked(int row) const {
+    AtkStateSet* const states = atk_object_ref_state_set(AccessibleCheckBox(row));
+    const bool isChecked = atk_state_set_contains_state(states, ATK_STATE_CHECKED) != FALSE;
+    g_object_unref(states);
+    return isChecked;
   }
 
   void MoveCursorTo(const wxDataViewItem& item) {
@@ -96,6 +118,36 @@ TEST_F(TreeTest, AClickChangesACheckBox) {
     const wxRect box = mNative->GetItemRect(Below()[0], mNative->GetColumn(0));
     ClickAt(mNative->GetMainWindow()->ClientToScreen(box.GetPosition() + box.GetSize() / 2));
     EXPECT_EQ(mChecks, (Checks{{0, false}}));
+  });
+}
+
+TEST_F(TreeTest, ScreenReadersAreToldTheNameOfACheckBox) {
+  RunWithTree([&] {
+    EXPECT_EQ(CheckBoxName(0), "Power plan");
+    EXPECT_EQ(CheckBoxName(3), "Hardware & audio buffering");
+    EXPECT_EQ(CheckBoxName(1), "") << "a row below";
+    EXPECT_EQ(CheckBoxName(6), "") << "a row without a check box";
+    mDialog.mTree->SetRows({TreeRow{.mCells = {u"Without"}},
+                            TreeRow{.mCells = {u"Another"}, .mHasCheckBox = true, .mIsChecked = true}});
+    EXPECT_EQ(CheckBoxName(0), "");
+    EXPECT_EQ(CheckBoxName(1), "Another");
+  });
+}
+
+TEST_F(TreeTest, ScreenReadersAreToldTheStateOfACheckBox) {
+  RunWithTree([&] {
+    EXPECT_TRUE(IsSaidToBeChecked(0));
+    EXPECT_FALSE(IsSaidToBeChecked(3));
+    EXPECT_FALSE(IsSaidToBeChecked(6));
+    MoveCursorTo(Below()[0]);
+    PressKey(WXK_SPACE);
+    EXPECT_FALSE(IsSaidToBeChecked(0));
+    PressKey(WXK_SPACE);
+    EXPECT_TRUE(IsSaidToBeChecked(0));
+    const wxRect box = mNative->GetItemRect(Below()[1], mNative->GetColumn(0));
+    ClickAt(mNative->GetMainWindow()->ClientToScreen(box.GetPosition() + box.GetSize() / 2));
+    EXPECT_TRUE(IsSaidToBeChecked(3));
+    EXPECT_EQ(CheckBoxName(3), "Hardware & audio buffering");
   });
 }
 

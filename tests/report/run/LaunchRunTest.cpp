@@ -6,6 +6,7 @@
 
 #include "host/qelcore/CrashTrail.h"
 #include "host/qelcore/HostSetup.h"
+#include "host/qelui/HostSetup.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "qelsystemcompatibilityreport/report/state/ReportStatistics.h"
 #include "tests/report/ReportSupport.h"
@@ -187,6 +188,17 @@ TEST_F(LaunchRunTest, AnExceptionIsLoggedAndTheStatisticsAreSent) {
   EXPECT_EQ(TimesLogged(), 1U);
 }
 
+TEST_F(LaunchRunTest, AnExceptionFromTheReportIsLoggedAndNothingIsSaved) {
+  Install(CardRules("WARN", 1), "Careful.");
+  mUserInterface.mWhileDialogIsUp = [](testsupport::RecordedDialog&) { throw std::runtime_error("toolkit"); };
+  EXPECT_NO_THROW(Launch());
+  EXPECT_THAT(mHost.mExceptionContexts, ElementsAre("qelsystemcompatibilityreport::RunReportForStartup"));
+  EXPECT_THAT(mHost.mExceptionTexts, ElementsAre("toolkit"));
+  EXPECT_FALSE(StateExists());
+  EXPECT_THAT(mUserInterface.mErrorMessages, IsEmpty());
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
 TEST_F(LaunchRunTest, NothingHappensWhileTheServiceIsOff) {
   Install(CardRules("WARN", 1), "Careful.");
   EnableReports(false);
@@ -252,6 +264,26 @@ TEST_F(LaunchRunTest, AToolkitThatCannotDrawShowsNothing) {
   EXPECT_THAT(mHost.Traced(1), IsEmpty());
 }
 
+TEST_F(LaunchRunTest, WithoutAToolkitNothingIsShownAndNothingFails) {
+  Install(CardRules("WARN", 1), "Careful.");
+  qelui::host::SetNodeManager(nullptr);
+  Launch();
+  EXPECT_EQ(mUserInterface.mDialogsShown, 0);
+  EXPECT_THAT(mUserInterface.mErrorMessages, IsEmpty());
+  EXPECT_THAT(mHost.Traced(1), IsEmpty());
+  EXPECT_THAT(mHost.mExceptionContexts, IsEmpty());
+  EXPECT_TRUE(StateExists());
+  EXPECT_EQ(TimesLogged(), 1U);
+}
+
+TEST_F(LaunchRunTest, TheKeyOfTheSecondWarningsTitle) {
+  mHost.Files().Write("application/translations/en_US.json", R"({"$$$/qel/scr/SecondWarningTitle":"title"})");
+  Install(CardRules("WARN", 1), "Careful.");
+  Launch();
+  ASSERT_EQ(mUserInterface.mErrorMessages.size(), 1U);
+  EXPECT_EQ(mUserInterface.mErrorMessages[0].mTitle, u"title");
+}
+
 TEST_F(LaunchRunTest, NoOtherRunShowsTheSecondWarning) {
   Install(CardRules("WARN", 1), "Careful.");
   RunReportForHelp(u"Example", testsupport::SomeWindow());
@@ -288,6 +320,30 @@ TEST_F(LaunchRunTest, TurningTheServiceOffFromInsideTheSecondWarning) {
   EXPECT_EQ(TimesLogged(), 0U);
   EXPECT_TRUE(StateExists());
   EnableReports(true);
+}
+
+TEST_F(LaunchRunTest, TurningTheServiceOffFromInsideTheReport) {
+  Install(CardRules("WARN", 1), "Careful.");
+  mUserInterface.mWhileDialogIsUp = [](testsupport::RecordedDialog&) { EnableReports(false); };
+  Launch();
+  EXPECT_EQ(mUserInterface.mDialogsShown, 1);
+  EXPECT_THAT(mUserInterface.mErrorMessages, IsEmpty());
+  EXPECT_EQ(TimesLogged(), 0U);
+  // The run itself goes to its end.
+  EXPECT_TRUE(StateExists());
+  EnableReports(true);
+}
+
+/// The run has read the remembered state before and saves its own afterwards.
+TEST_F(LaunchRunTest, ForbiddingTheDisplayFromInsideTheReportIsOverwritten) {
+  Install(CardRules("WARN", 1));
+  mUserInterface.mWhileDialogIsUp = [](testsupport::RecordedDialog&) {
+    SetAllowDisplayReportAtStartup(false);
+    EXPECT_FALSE(GetAllowDisplayReportAtStartup());
+  };
+  Launch();
+  EXPECT_TRUE(GetAllowDisplayReportAtStartup());
+  EXPECT_THAT(mHost.Files().Read(kState), HasSubstr("warn_matches"));
 }
 
 TEST_F(LaunchRunTest, ForbiddingTheDisplayFromInsideTheSecondWarningIsKept) {

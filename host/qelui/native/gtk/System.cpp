@@ -98,6 +98,15 @@ void ClearHiddenCheckMarks(wxDataViewColumn& column) {
   g_signal_connect(column.GetRenderer()->GetGtkHandle(), "notify::visible", G_CALLBACK(clear), nullptr);
 }
 
+void SetCheckBoxName(wxDataViewCtrl& tree, int row, const wxString& name) {
+  GtkWidget* const view = gtk_bin_get_child(GTK_BIN(tree.GetHandle()));
+  // The table keeps its cells as long as their rows are there.
+  AtkObject* const cell = atk_table_ref_at(ATK_TABLE(gtk_widget_get_accessible(view)), row, 0);
+  if (cell == nullptr) return;
+  atk_object_set_name(cell, name.utf8_str());
+  g_object_unref(cell);
+}
+
 void* GetSystemHandle(wxWindow& /*window*/) {
   return nullptr;
 }

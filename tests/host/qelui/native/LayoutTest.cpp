@@ -44,13 +44,29 @@ class Box final : public LayoutItem {
   [[nodiscard]] int GetMinimumHeight(int /*width*/) override { return mTakesRoom ? kLine : mHeight; }
   [[nodiscard]] bool TakesWidth() const override { return mTakesRoom; }
   [[nodiscard]] bool TakesHeight() const override { return mTakesRoom; }
+  [[nodiscard]] bool StandsAtTop() const override { return mStandsAtTop; }
   void Place(const Rectangle& rectangle) override { mPlace = rectangle; }
 
   int mWidth;
   int mHeight;
   bool mTakesRoom = false;
+  bool mStandsAtTop = false;
   Rectangle mPlace;
 };
+
+TEST(LayoutTest, ItemsAcrossStandInTheMiddleOrAtTheTop) {
+  StackLayout layout(Direction::kAcross, kGap);
+  Box high(30, 100);
+  Box middle(30, 20);
+  Box top(30, 20);
+  top.mStandsAtTop = true;
+  layout.Add(high);
+  layout.Add(middle);
+  layout.Add(top);
+  layout.Place({0, 5, 110, 100});
+  EXPECT_EQ(middle.mPlace.mTop, 45);
+  EXPECT_EQ(top.mPlace.mTop, 5);
+}
 
 TEST(LayoutTest, NothingTakesNoRoom) {
   const StackLayout layout(Direction::kDown, kGap);
