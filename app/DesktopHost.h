@@ -31,6 +31,7 @@ class DesktopHost {
   void RunScript(const std::u16string& text);
   void Log(const std::string& text);
   void LogCounts(const char* what);
+  void LogProblems();
 
   std::string mBase;
   Diagnostics mDiagnostics;

@@ -27,6 +27,7 @@ install(TARGETS ${libraries} EXPORT qelsystemcompatibilityreport
 # On every system beside the library that loads it.
 if(WIN32)
   install(TARGETS qelui_native LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+  install(FILES ${QELSCR_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 else()
   install(TARGETS qelui_native LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program)
 endif()

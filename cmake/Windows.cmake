@@ -17,6 +17,9 @@ foreach(name IN ITEMS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 endforeach()
 file(COPY ${QELSCR_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 
+# Optimising, GCC 12 sees overlaps in short texts that are put together, where there are none.
+add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+
 # Resources are compiled without the options of the C++ sources, so they have targets of their own.
 add_library(qelscr_program_manifest OBJECT ${PROJECT_SOURCE_DIR}/packaging/windows/program.rc)
 

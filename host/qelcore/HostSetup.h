@@ -31,7 +31,9 @@ namespace qelcore::host {
 
 /// Directories as UTF-8 paths. An empty one stands for the platform's usual place: on Linux
 /// `$XDG_CONFIG_HOME/scr`, the data directory beside or below the program (`../share/scr`, or the source
-/// tree's `data`), `xdg-user-dir`'s documents directory, and `$XDG_STATE_HOME/scr` for logs.
+/// tree's `data`), `xdg-user-dir`'s documents directory, and `$XDG_STATE_HOME/scr` for logs; on Windows `scr`
+/// in the roaming application data, `data` beside the program, the documents folder, and `scr` in the local
+/// application data.
 struct Directories {
   std::string mPreferences{};
   std::string mApplication{};
@@ -148,7 +150,8 @@ QELCORE_EXPORT void SetExceptionSink(
 [[nodiscard]] QELCORE_EXPORT std::string DescribeException(const std::exception_ptr& exception);
 
 /// Takes the places of standard streams that were closed when the program started, so that no file is opened
-/// in such a place and receives what the program prints. To be called first of all.
+/// in such a place and receives what the program prints. On Windows the streams also carry bytes as they are,
+/// and a console takes them as UTF-8 until the program ends. To be called first of all.
 QELCORE_EXPORT void ReserveStandardStreams();
 
 /// Whether somebody reads standard error on a terminal, so that progress can be shown there.

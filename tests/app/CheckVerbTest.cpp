@@ -3,6 +3,7 @@
 namespace {
 
 using testsupport::Blocklist;
+using testsupport::SystemRule;
 
 class CheckVerbTest : public testsupport::ScrTest {};
 
@@ -87,10 +88,12 @@ TEST_F(CheckVerbTest, CheckJudgesEveryMachineAsIfByAProcessOfItsOwn) {
 }
 
 TEST_F(CheckVerbTest, CheckMatchesThisMachineWithoutRemembering) {
-  const auto result = Scr(
-      {"check", Write("list.json", Blocklist(R"({"name": "Linux", "type": "OS", "error_level": "FATAL"})"))});
+  const auto result = Scr({"check", Write("list.json", Blocklist(SystemRule(R"("error_level": "FATAL")")))});
   EXPECT_EQ(result.mExitCode, 2) << result.mErrors;
-  EXPECT_EQ(result.mOutput.rfind("this machine: 1 issue\n\n  FATAL [OS] Linux v.", 0), 0U) << result.mOutput;
+  EXPECT_EQ(result.mOutput.rfind(
+                "this machine: 1 issue\n\n  FATAL [OS] " + std::string(testsupport::kSystemName) + " v.", 0),
+            0U)
+      << result.mOutput;
   EXPECT_FALSE(Exists("preferences"));
 }
 

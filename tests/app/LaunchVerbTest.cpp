@@ -5,13 +5,14 @@
 namespace {
 
 using testsupport::Blocklist;
+using testsupport::SystemRule;
 
 constexpr const char* kInstalled = "application/SystemCompatibilityReport/blocklist.en_US.json";
 
 class LaunchVerbTest : public testsupport::ScrTest {};
 
 TEST_F(LaunchVerbTest, SaysWhatIsKnownAndRemembersIt) {
-  Write(kInstalled, Blocklist(R"({"name": "Linux", "type": "OS", "error_level": "FATAL"})"));
+  Write(kInstalled, Blocklist(SystemRule(R"("error_level": "FATAL")")));
   for (int launch = 0; launch < 2; ++launch) {
     const auto result = Scr({"launch"});
     EXPECT_EQ(result.mExitCode, 0);
@@ -23,7 +24,7 @@ TEST_F(LaunchVerbTest, SaysWhatIsKnownAndRemembersIt) {
 }
 
 TEST_F(LaunchVerbTest, NothingSeriousAndNothingChangedIsNotMatchedAgain) {
-  Write(kInstalled, Blocklist(R"({"name": "Linux", "type": "OS", "error_level": "INFO"})"));
+  Write(kInstalled, Blocklist(SystemRule(R"("error_level": "INFO")")));
   EXPECT_EQ(Scr({"launch"}).mOutput, "Known issues of this machine: 0 FATAL, 0 ERROR, 0 WARN, 1 INFO\n");
   const std::string state = mFiles.Read("preferences/SCRPriorState.json");
   EXPECT_EQ(Scr({"launch"}).mOutput, "Known issues of this machine: 0 FATAL, 0 ERROR, 0 WARN, 1 INFO\n");
@@ -34,7 +35,7 @@ TEST_F(LaunchVerbTest, NothingSeriousAndNothingChangedIsNotMatchedAgain) {
 }
 
 TEST_F(LaunchVerbTest, RecordsTheStatisticsAtTheRunAndAtTheEndOfStartUp) {
-  Write(kInstalled, Blocklist(R"({"name": "Linux", "type": "OS"})"));
+  Write(kInstalled, Blocklist(SystemRule()));
   EXPECT_EQ(Scr({"launch"}).mExitCode, 0);
   const std::string statistics = Scr({"events", "--statistics", "--json"}).mOutput;
   EXPECT_EQ(std::count(statistics.begin(), statistics.end(), '\n'), 2);

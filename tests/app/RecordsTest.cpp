@@ -6,14 +6,14 @@
 namespace {
 
 using testsupport::Blocklist;
+using testsupport::SystemRule;
 
 class RecordsTest : public testsupport::ScrTest {
  protected:
   void MakeReport() {
     Write("application/SystemCompatibilityReport/blocklist.en_US.json",
-          Blocklist(
-              R"({"name": "Linux", "type": "OS", "error_level": "WARN", "info_message": "Old \u001b[31mred",
-                        "info_url": "https://example.com/a"})"));
+          Blocklist(SystemRule(R"("error_level": "WARN", "info_message": "Old \u001b[31mred",
+                        "info_url": "https://example.com/a")")));
     ASSERT_EQ(Scr({"report"}).mExitCode, 0);
   }
 };
@@ -27,7 +27,7 @@ TEST_F(RecordsTest, EventsAreShownWithTheirItemsInOrder) {
   for (const char* const text :
        {"  OPERATIONAL Stability info system-compatibility-report-issue\n",
         "    content  status                 \"new\"\n", "    content  type                   \"OS\"\n",
-        "    content  name                   \"Linux\"\n",
+        "    content  name                   \"", testsupport::kSystemName,
         "    content  id                     \"HASH:", "    event    error_type             \"WARN\"\n",
         "    event    error_desc             \"Old ?[31mred\"\n",
         "    event    url                    \"https://example.com/a\"\n",

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/ProgramRun.h"
+#include "tests/support/SystemName.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace testsupport {
@@ -57,6 +58,12 @@ class ScrTest : public testing::Test {
 
   TemporaryDirectory mFiles;
 };
+
+/// A rule about the system that the tests run on; `more` are its further members.
+inline std::string SystemRule(const std::string& more = {}) {
+  const std::string start = std::string(R"({"name": ")") + kSystemName + R"(", "type": "OS")";
+  return start + (more.empty() ? "" : ", " + more) + "}";
+}
 
 /// All six defaults, so that a list verifies.
 inline std::string Blocklist(const std::string& rules) {

@@ -3,12 +3,13 @@
 namespace {
 
 using testsupport::Blocklist;
+using testsupport::SystemRule;
 
 class ScriptVerbTest : public testsupport::ScrTest {};
 
 TEST_F(ScriptVerbTest, AScriptWritesAReport) {
   Write("application/SystemCompatibilityReport/blocklist.en_US.json",
-        Blocklist(R"({"name": "Linux", "type": "OS", "info_message": "found by a script"})"));
+        Blocklist(SystemRule(R"("info_message": "found by a script")")));
   const std::string script =
       Write("r\xc3\xa9port.lua",
             "local path = '" + Path("out.txt") + "'\nprint(SystemCompatibilityReport.CreateReport(path))\n");

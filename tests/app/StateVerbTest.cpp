@@ -3,12 +3,13 @@
 namespace {
 
 using testsupport::Blocklist;
+using testsupport::SystemRule;
 
 class StateVerbTest : public testsupport::ScrTest {};
 
 TEST_F(StateVerbTest, StateFromTheFirstReportToForgetting) {
   Write("application/SystemCompatibilityReport/blocklist.en_US.json",
-        Blocklist(R"({"name": "Linux", "type": "OS", "error_level": "FATAL"})"));
+        Blocklist(SystemRule(R"("error_level": "FATAL")")));
   const auto nothing = Scr({"state", "show"});
   EXPECT_EQ(nothing.mExitCode, 0);
   EXPECT_EQ(nothing.mOutput.rfind("Nothing is remembered.", 0), 0U) << nothing.mOutput;

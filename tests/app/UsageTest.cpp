@@ -66,27 +66,4 @@ TEST_F(UsageTest, OptionsMayStandBehindTheVerb) {
   EXPECT_EQ(Run({"state", "show", "--pref-dir", Path("elsewhere")}).mExitCode, 0);
 }
 
-TEST_F(UsageTest, OutputThatCannotBeWrittenIsAnError) {
-  const auto result =
-      testsupport::RunProgram("/bin/sh", {"-c", std::string(QELSCR_SCR) + " state show > /dev/full"},
-                              {{"HOME", Path("home")}}, mFiles.Path(), mFiles.Path());
-  EXPECT_EQ(result.mExitCode, 1);
-  EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
-}
-
-TEST_F(UsageTest, AClosedOutputIsAnErrorAndNoFileReceivesWhatIsPrinted) {
-  Write("application/SystemCompatibilityReport/blocklist.en_US.json", "{{{");
-  const auto result = testsupport::RunProgram(
-      "/bin/bash",
-      {"-c", std::string(QELSCR_SCR) + " --pref-dir preferences --app-dir application launch >&-"}, {},
-      mFiles.Path(), mFiles.Path());
-  EXPECT_EQ(result.mExitCode, 1);
-  EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(mFiles.Path() / "preferences")) {
-    if (!entry.is_regular_file()) continue;
-    EXPECT_EQ(testsupport::ReadWholeFile(entry.path()).find("Known issues"), std::string::npos)
-        << entry.path();
-  }
-}
-
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/ProgramRun.h"
+#include "tests/support/SystemName.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace testsupport {
@@ -25,7 +26,7 @@ inline std::string VerifiedBlocklist(const std::string& level, const std::string
                 R"(": {"info_message": "About it.", "info_url": "https://example.com/"})";
   }
   return R"({"blocklist_version": 1, "default_info": {)" + defaults +
-         R"(}, "blocklist": [{"type": "OS", "name": "Linux", "error_level": ")" + level +
+         R"(}, "blocklist": [{"type": "OS", "name": ")" + kSystemName + R"(", "error_level": ")" + level +
          R"(", "info_message": ")" + message + R"("}]})";
 }
 
@@ -56,7 +57,7 @@ class ExampleHostFixture : public testing::Test {
   }
 
   TemporaryDirectory mFiles;
-  std::map<std::string, std::string> mEnvironment{{"no_proxy", "*"}, {"HOME", mFiles.Path()}};
+  std::map<std::string, std::string> mEnvironment{{"no_proxy", "*"}, {"HOME", mFiles.Path().string()}};
 };
 
 }  // namespace testsupport

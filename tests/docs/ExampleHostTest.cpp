@@ -92,8 +92,8 @@ TEST_F(ExampleHostTest, WithoutAnyListTheComponentsAreReportedAndNothingIsRememb
       result.mErrors,
       "SystemCompatibilityReport: Unable to find blocklist file, System Compatibility Report skipped.\n");
   EXPECT_THAT(mFiles.Read("report.txt"),
-              AllOf(HasSubstr("[Operating System] Linux v."), HasSubstr("    Example plug-ins: 3\n"),
-                    Not(HasSubstr("ISSUES:"))));
+              AllOf(HasSubstr("[Operating System] " + std::string(testsupport::kSystemName) + " v."),
+                    HasSubstr("    Example plug-ins: 3\n"), Not(HasSubstr("ISSUES:"))));
   EXPECT_FALSE(Exists(kState));
   EXPECT_EQ(CountLines("preferences/usage-statistics.jsonl"), 2);
 }
@@ -212,7 +212,8 @@ TEST_F(ExampleHostTest, WithoutItsDirectoriesItDoesNotStart) {
 TEST_F(ExampleHostTest, LibrariesThatDoNothingTakeThePlaceOfOurs) {
   mFiles.Write(kInstalled, R"({"blocklist_version": 1, "blocklist": [
       {"type": "Property", "name": "cpu.cores", "error_level": "WARN"},
-      {"type": "OS", "name": "Linux", "error_level": "INFO"}]})");
+      {"type": "OS", "name": ")" +
+                               std::string(testsupport::kSystemName) + R"(", "error_level": "INFO"}]})");
   const std::vector<std::string> commands = {"refresh", "report=report.txt"};
   EXPECT_THAT(Run(kNobody, commands).mOutput,
               AllOf(HasSubstr("0 ERROR, 1 WARN, 1 INFO\n"), HasSubstr("Refresh: -3\n")));

@@ -1,13 +1,13 @@
 // The guide for hosts shows the example's own text, its projects build, and what it promises holds.
 #include <filesystem>
 #include <optional>
-#include <sstream>
 #include <thread>
 
 #include "platform/qelcore/Threads.h"
 #include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "tests/docs/ExampleHostFixture.h"
+#include "tests/docs/HostGuideText.h"
 #include "tests/support/EnvironmentVariable.h"
 #include "tests/support/TestHost.h"
 #include "tests/support/network/LoopbackServer.h"
@@ -16,44 +16,17 @@ namespace {
 
 using qelsystemcompatibilityreport::DownloadResult;
 using testing::HasSubstr;
+using testsupport::Blocks;
 using testsupport::HttpAnswer;
+using testsupport::Join;
 using testsupport::kNobody;
+using testsupport::kRoot;
+using testsupport::Lines;
 using testsupport::LoopbackServer;
+using testsupport::ReadLines;
 using testsupport::VerifiedBlocklist;
 
-const std::filesystem::path kRoot = QELSCR_SOURCE_DIR;
-
 // ---- The guide's text -------------------------------------------------------------------------------------
-
-using Lines = std::vector<std::string>;
-
-Lines ReadLines(const std::filesystem::path& path) {
-  Lines lines;
-  std::istringstream stream(testsupport::ReadWholeFile(path));
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
-/// The guide's fenced blocks of a language.
-std::vector<Lines> Blocks(const std::string& language) {
-  std::vector<Lines> blocks;
-  std::optional<std::string> current;
-  for (const std::string& line : ReadLines(kRoot / "docs/host-guide.md")) {
-    if (line.starts_with("```")) {
-      current = current ? std::nullopt : std::optional(line.substr(3));
-      if (current == language) blocks.emplace_back();
-    } else if (current == language) {
-      blocks.back().push_back(line);
-    }
-  }
-  return blocks;
-}
-
-std::string Join(const Lines& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
-}
 
 /// Whether the block stands in the source from this line on, each line indented by the same blanks.
 bool StandsAt(const Lines& block, const Lines& source, std::size_t first) {
@@ -89,25 +62,6 @@ TEST_F(HostGuideScriptTest, AScriptWritesAReport) {
   EXPECT_EQ(result.mExitCode, 0);
   EXPECT_THAT(mFiles.Read("nightly.txt"), HasSubstr("    Example plug-ins: 3\n"));
   EXPECT_THAT(result.mOutput, HasSubstr("Script: wrong.lua:1: "));
-}
-
-// ---- The guide's project ----------------------------------------------------------------------------------
-
-using HostGuideBuildTest = testsupport::ExampleHostFixture;
-
-TEST_F(HostGuideBuildTest, AProjectThatBuildsTheReportAlongKnowsItsTargets) {
-  std::filesystem::create_directory_symlink(kRoot, mFiles.Path() / "system-compatibility-report");
-  std::filesystem::copy(kRoot / "docs/examples/host/Main.cpp", mFiles.Path());
-  mFiles.Write("CMakeLists.txt", Join(Blocks("cmake").front()));
-  // Only what would be done: building it all once more takes minutes.
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"-S", Path(""), "-B", Path("build"), "-G", "Ninja",
-                                 "-DCMAKE_CXX_COMPILER=" QELSCR_CXX_COMPILER},
-        {"--build", Path("build"), "--target", "my_application", "--", "-n"}}) {
-    const auto result =
-        testsupport::RunProgram(QELSCR_CMAKE, arguments, mEnvironment, mFiles.Path(), mFiles.Path());
-    ASSERT_EQ(result.mExitCode, 0) << result.mOutput << result.mErrors;
-  }
 }
 
 // ---- What the guide promises about states, threads and the end

@@ -9,7 +9,8 @@
 namespace testsupport {
 
 struct ProgramResult {
-  int mExitCode = -1;  ///< 128 and the number of the signal for a program that a signal ended
+  /// On systems with signals 128 and the number of the signal for a program that a signal ended.
+  int mExitCode = -1;
   std::string mOutput;
   std::string mErrors;
 };

@@ -28,8 +28,10 @@ std::vector<ReceivedAnswer> ReceivedAnswers::Now() {
 }
 
 NetTest::NetTest() {
+#if defined(SIGPIPE)
   // Whatever the process inherited: a connection that breaks off must not raise it.
   std::signal(SIGPIPE, SIG_DFL);
+#endif
   for (const char* const name :
        {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
     mProxies.emplace_back(name, std::nullopt);

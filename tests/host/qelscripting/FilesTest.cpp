@@ -1,46 +1,10 @@
 // Script files.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <filesystem>
 
-#include "tests/host/qelscripting/ScriptTest.h"
-#include "tests/support/TemporaryDirectory.h"
+#include "tests/host/qelscripting/ScriptFilesTest.h"
 
 namespace scripttest {
 namespace {
-
-using qelscripting::host::RunScriptFile;
-using qelscripting::host::ScriptError;
-
-std::string AsText(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
-class ScriptFiles : public Script {
- protected:
-  /// Writes a script and runs it; returns the message with which it failed, or nothing.
-  std::string RunFile(const std::u8string& name, const std::string& text) {
-    static_cast<void>(mDirectory.Write("placeholder", text));
-    const std::filesystem::path path = mDirectory.Path() / name;
-    std::filesystem::create_directories(path.parent_path());
-    std::filesystem::rename(mDirectory.Path() / "placeholder", path);
-    return MessageOfFile(AsText(path));
-  }
-
-  static std::string MessageOfFile(const std::string& path) {
-    try {
-      RunScriptFile(path);
-      return {};
-    } catch (const ScriptError& error) {
-      return error.what();
-    }
-  }
-
-  testsupport::TemporaryDirectory mDirectory;
-};
 
 TEST_F(ScriptFiles, AFileIsRun) {
   EXPECT_EQ(RunFile(u8"a.lua", "Recorder.Text('from a file')\nprint(1, 'two', nil, true)\nprint()"), "");
@@ -92,40 +56,6 @@ TEST_F(ScriptFiles, AFileBeyondTheMemoryLimitIsNotRead) {
   SetOptions(options);
   const std::string message = RunFile(u8"a.lua", std::string(1'000'001, ' '));
   EXPECT_TRUE(message.ends_with("a.lua: it is larger than a script may be")) << message;
-}
-
-TEST_F(ScriptFiles, AFileWithoutLengthIsReadUpToTheLimit) {
-  qelscripting::host::Options options;
-  options.mMemoryLimit = 1'000'000;
-  SetOptions(options);
-  const int device = ::open("/dev/zero", O_RDONLY | O_CLOEXEC);
-  const std::string name = "/dev/fd/" + std::to_string(device);
-  EXPECT_EQ(MessageOfFile(name), "cannot read the script: " + name + ": it is larger than a script may be");
-  ::close(device);
-}
-
-TEST_F(ScriptFiles, WhatIsHandedOverOpenIsRun) {
-  int ends[2] = {-1, -1};
-  ASSERT_EQ(::pipe(ends), 0);
-  const std::string text = "print('from a pipe')";
-  ASSERT_EQ(::write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
-  ::close(ends[1]);
-  EXPECT_EQ(MessageOfFile("/dev/fd/" + std::to_string(ends[0])), "");
-  EXPECT_EQ(mPrinted, "from a pipe\n");
-  ::close(ends[0]);
-}
-
-TEST_F(ScriptFiles, WhatIsNoFileIsAnErrorAtOnce) {
-  const std::filesystem::path pipe = mDirectory.Path() / "pipe.lua";
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  for (const std::string& path : {AsText(pipe), std::string("/dev/zero"), std::string("/dev/null")}) {
-    const std::string message = MessageOfFile(path);
-    EXPECT_TRUE(message.starts_with("cannot read the script: " + path + ": not a regular file")) << message;
-  }
-  const std::filesystem::path loop = mDirectory.Path() / "loop.lua";
-  std::filesystem::create_symlink("loop.lua", loop);
-  const std::string message = MessageOfFile(AsText(loop));
-  EXPECT_TRUE(message.starts_with("cannot read the script: " + AsText(loop) + ": ")) << message;
 }
 
 TEST_F(ScriptFiles, EachFileHasItsOwnGlobals) {

@@ -1,12 +1,5 @@
 #include "tests/support/network/LoopbackServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <stdexcept>
 #include <utility>
 
@@ -14,37 +7,10 @@ namespace testsupport {
 
 namespace {
 
-struct BoundSocket {
-  int mSocket;
-  int mPort;
-};
-
-BoundSocket Bind() {
-  const int handle = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  // The socket calls take every kind of address by its general type.
-  auto* const general = reinterpret_cast<sockaddr*>(&address);
-  if (handle < 0 || bind(handle, general, size) != 0 || getsockname(handle, general, &size) != 0) {
-    throw std::runtime_error("no port of the loopback interface is to be had");
-  }
-  return {handle, ntohs(address.sin_port)};
-}
-
 /// The path of a request's first line.
 std::string PathOf(const std::string& request) {
   const std::size_t start = request.find(' ') + 1;
   return request.substr(start, request.find(' ', start) - start);
-}
-
-/// TLS writes without a flag against the signal, and a client may be gone at any time.
-void BlockBrokenPipeSignal() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGPIPE);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
 }  // namespace
@@ -56,11 +22,8 @@ LoopbackServer::LoopbackServer(const Identity& identity, ConnectionHandler handl
     : LoopbackServer(MakeTls(identity), std::move(handler)) {}
 
 LoopbackServer::LoopbackServer(SslContext tls, ConnectionHandler handler)
-    : mHandler(std::move(handler)), mTls(std::move(tls)) {
-  const BoundSocket bound = Bind();
-  mSocket = bound.mSocket;
-  mPort = bound.mPort;
-  if (listen(mSocket, SOMAXCONN) != 0) throw std::runtime_error("the server cannot listen");
+    : mHandler(std::move(handler)), mTls(std::move(tls)), mSocket(Socket::Bound()), mPort(mSocket.Port()) {
+  mSocket.Listen();
   mAccepter = std::thread([this] { AcceptAll(); });
 }
 
@@ -79,20 +42,16 @@ LoopbackServer::~LoopbackServer() {
     mIsEnding = true;
     for (const auto& connection : mConnections) connection->Interrupt();
   }
-  shutdown(mSocket, SHUT_RDWR);
+  mSocket.StopAccepting();
   mAccepter.join();
   for (std::thread& handler : mHandlers) handler.join();
-  close(mSocket);
 }
 
 void LoopbackServer::AcceptAll() {
   for (;;) {
-    const int handle = accept4(mSocket, nullptr, nullptr, SOCK_CLOEXEC);
-    if (handle < 0) return;
-    // Each piece goes out by itself, as the tests mean it.
-    const int isOn = 1;
-    setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &isOn, sizeof isOn);
-    auto connection = std::make_shared<ServerConnection>(handle);
+    Socket client = mSocket.Accept();
+    if (!client.IsOpen()) return;
+    auto connection = std::make_shared<ServerConnection>(std::move(client));
     const std::lock_guard lock(mMutex);
     if (mIsEnding) return;
     mConnections.push_back(connection);
@@ -106,7 +65,7 @@ void LoopbackServer::AcceptAll() {
 }
 
 void LoopbackServer::Handle(ServerConnection& connection) {
-  BlockBrokenPipeSignal();
+  Socket::SurviveGoneClients();
   if (mTls && !connection.BeginTls(mTls.get())) return;
   mHandler(connection);
   connection.EndTls();
@@ -135,9 +94,7 @@ std::string HttpRedirect(std::string_view status, std::string_view location) {
 }
 
 std::string UrlWithoutServer(std::string_view path) {
-  const BoundSocket bound = Bind();
-  close(bound.mSocket);
-  return "http://127.0.0.1:" + std::to_string(bound.mPort) + std::string(path);
+  return "http://127.0.0.1:" + std::to_string(Socket::Bound().Port()) + std::string(path);
 }
 
 }  // namespace testsupport

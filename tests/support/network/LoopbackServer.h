@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/support/network/ServerConnection.h"
+#include "tests/support/network/Socket.h"
 #include "tests/support/network/TestCertificates.h"
 
 namespace testsupport {
@@ -54,8 +55,8 @@ class LoopbackServer {
 
   ConnectionHandler mHandler;
   SslContext mTls;
-  int mSocket = -1;
-  int mPort = 0;
+  Socket mSocket;
+  int mPort;
   std::mutex mMutex;
   bool mIsEnding = false;
   std::vector<std::shared_ptr<ServerConnection>> mConnections;

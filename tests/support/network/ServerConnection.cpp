@@ -1,8 +1,5 @@
 #include "tests/support/network/ServerConnection.h"
 
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 
 namespace testsupport {
@@ -13,14 +10,9 @@ constexpr std::string_view kEndOfHeaders = "\r\n\r\n";
 
 }  // namespace
 
-ServerConnection::~ServerConnection() {
-  mTls.reset();
-  close(mSocket);
-}
-
 bool ServerConnection::BeginTls(SSL_CTX* context) {
   mTls.reset(SSL_new(context));
-  if (!mTls || SSL_set_fd(mTls.get(), mSocket) != 1 || SSL_accept(mTls.get()) != 1) {
+  if (!mTls || SSL_set_fd(mTls.get(), mSocket.ForTls()) != 1 || SSL_accept(mTls.get()) != 1) {
     mTls.reset();
     return false;
   }
@@ -47,14 +39,14 @@ std::size_t ServerConnection::Read(char* bytes, std::size_t size) {
     const int count = SSL_read(mTls.get(), bytes, static_cast<int>(size));
     return count > 0 ? static_cast<std::size_t>(count) : 0;
   }
-  const ssize_t count = recv(mSocket, bytes, size, 0);
+  const std::ptrdiff_t count = mSocket.Receive(bytes, size);
   return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 bool ServerConnection::Write(std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t count = mTls ? SSL_write(mTls.get(), bytes.data(), static_cast<int>(bytes.size()))
-                               : send(mSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    const std::ptrdiff_t count = mTls ? SSL_write(mTls.get(), bytes.data(), static_cast<int>(bytes.size()))
+                                      : mSocket.Send(bytes.data(), bytes.size());
     if (count <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
@@ -68,19 +60,19 @@ void ServerConnection::WaitForClose() {
 }
 
 void ServerConnection::EndSending() const {
-  shutdown(mSocket, SHUT_WR);
+  mSocket.EndSending();
 }
 
 void ServerConnection::Reset() {
   // Nothing more is said on TLS, not even its end.
   mTls.reset();
-  // Connecting to nowhere drops the connection at once, and leaves the handle for `Interrupt`.
-  const sockaddr nowhere{.sa_family = AF_UNSPEC, .sa_data = {}};
-  connect(mSocket, &nowhere, sizeof nowhere);
+  const std::lock_guard lock(mMutex);
+  mSocket.Break();
 }
 
-void ServerConnection::Interrupt() const {
-  shutdown(mSocket, SHUT_RDWR);
+void ServerConnection::Interrupt() {
+  const std::lock_guard lock(mMutex);
+  if (mSocket.IsOpen()) mSocket.Interrupt();
 }
 
 }  // namespace testsupport

@@ -4,8 +4,12 @@
 #include <openssl/ssl.h>
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "tests/support/network/Socket.h"
 
 namespace testsupport {
 
@@ -17,9 +21,8 @@ struct SslDeleter {
 /// call `Interrupt`.
 class ServerConnection {
  public:
-  /// Owns the socket from now on.
-  explicit ServerConnection(int socket) : mSocket(socket) {}
-  ~ServerConnection();
+  explicit ServerConnection(Socket socket) : mSocket(std::move(socket)) {}
+  ~ServerConnection() = default;
   ServerConnection(const ServerConnection&) = delete;
   ServerConnection& operator=(const ServerConnection&) = delete;
 
@@ -46,13 +49,14 @@ class ServerConnection {
   void Reset();
 
   /// Ends all waiting.
-  void Interrupt() const;
+  void Interrupt();
 
  private:
   /// Reads some bytes; 0 at the end.
   [[nodiscard]] std::size_t Read(char* bytes, std::size_t size);
 
-  int mSocket;
+  std::mutex mMutex;  ///< guards the closing of the socket against `Interrupt`
+  Socket mSocket;
   std::unique_ptr<SSL, SslDeleter> mTls;
 };
 

@@ -38,7 +38,8 @@ Identity MakeIdentity(const std::string& name, long serialNumber, std::chrono::s
   Require(X509_set_version(certificate, X509_VERSION_3) == 1);
   Require(ASN1_INTEGER_set(X509_get_serialNumber(certificate), serialNumber) == 1);
   Require(X509_gmtime_adj(X509_getm_notBefore(certificate), -kTwoHours) != nullptr);
-  Require(X509_gmtime_adj(X509_getm_notAfter(certificate), remainingTime.count()) != nullptr);
+  Require(X509_gmtime_adj(X509_getm_notAfter(certificate), static_cast<long>(remainingTime.count())) !=
+          nullptr);
   Require(X509_set_pubkey(certificate, identity.mKey.get()) == 1);
   const std::basic_string<unsigned char> bytes(name.begin(), name.end());
   Require(X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate), "CN", MBSTRING_UTF8, bytes.c_str(),

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 
 namespace qelcore::host::components {
 namespace {

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/ClassDevices.h"
 #include "host/qelcore/linux/components/PciDevices.h"
-#include "host/qelcore/linux/components/PlainText.h"
 #include "host/qelcore/linux/components/UsbDevices.h"
 
 namespace qelcore::host::components {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Versions.h"
 
 namespace qelcore::host::components {

@@ -2,8 +2,8 @@
 #include <cstddef>
 #include <string>
 
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Drivers.h"
-#include "host/qelcore/linux/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"
 
 namespace qelcore::host::components {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Versions.h"
 
 namespace qelcore::host::components {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Versions.h"
 
 namespace qelcore::host::components {

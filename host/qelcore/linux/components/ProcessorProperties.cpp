@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"
 
 namespace qelcore::host::components {

@@ -1,7 +1,6 @@
 #include "host/qelcore/linux/components/ReadMachine.h"
 
 #include <algorithm>
-#include <exception>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -11,8 +10,6 @@
 #include "host/qelcore/linux/components/OperatingSystem.h"
 #include "host/qelcore/linux/components/Properties.h"
 #include "host/qelcore/linux/components/RootedFiles.h"
-#include "host/qelcore/linux/components/SavedProperties.h"
-#include "platform/qelcore/Trace.h"
 
 namespace qelcore::host::components {
 namespace {
@@ -41,27 +38,6 @@ void AddDevices(const RootedFiles& files, const std::vector<Device>& devices, co
   std::for_each(endOfVideo, devices.end(), add);
 }
 
-std::optional<Properties> TakeKept(const std::optional<PropertyKeeping>& keeping,
-                                   const OperatingSystem& system) {
-  if (!keeping || keeping->mExplicitRun) return std::nullopt;
-  try {
-    return LoadProperties(keeping->mDirectory, system, keeping->mNow);
-  } catch (...) {
-    LogException(std::current_exception(), kLogContext);
-    return std::nullopt;
-  }
-}
-
-void Keep(const std::optional<PropertyKeeping>& keeping, const Properties& properties,
-          const OperatingSystem& system) {
-  if (!keeping) return;
-  try {
-    SaveProperties(keeping->mDirectory, properties, system, keeping->mNow);
-  } catch (...) {
-    LogException(std::current_exception(), kLogContext);
-  }
-}
-
 }  // namespace
 
 Components ReadMachine(const std::filesystem::path& root, const Surroundings& surroundings,
@@ -75,13 +51,10 @@ Components ReadMachine(const std::filesystem::path& root, const Surroundings& su
   AddDevices(files, devices, system, surroundings, components);
   if (!OSComponent::SupportsProperties()) return components;
 
-  std::optional<Properties> properties = TakeKept(keeping, system);
-  if (!properties) {
-    properties = ReadProperties(files, system, devices, surroundings);
-    Keep(keeping, *properties, system);
-  }
-  for (const auto& [name, value] : *properties)
-    Add(components, {OSComponentType::kProperty, name, {}, value});
+  const SystemIdentity identity{system.mKernelRelease, {{"os.distribution", system.mDistributionTitle}}};
+  const Properties properties =
+      TakeOrRead(keeping, identity, [&] { return ReadProperties(files, system, devices, surroundings); });
+  for (const auto& [name, value] : properties) Add(components, {OSComponentType::kProperty, name, {}, value});
   return components;
 }
 

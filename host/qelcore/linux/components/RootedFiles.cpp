@@ -12,7 +12,7 @@
 #include <memory>
 #include <utility>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 
 namespace qelcore::host::components {
 namespace {

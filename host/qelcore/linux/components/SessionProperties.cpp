@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"
 
 namespace qelcore::host::components {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Drivers.h"
-#include "host/qelcore/linux/components/PlainText.h"
 
 namespace qelcore::host::components {
 namespace {

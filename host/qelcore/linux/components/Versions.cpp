@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <system_error>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 
 namespace qelcore::host::components {
 

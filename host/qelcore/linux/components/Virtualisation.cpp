@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/Firmware.h"
+#include "host/qelcore/components/PlainText.h"
 #include "host/qelcore/linux/components/Properties.h"
 
 namespace qelcore::host::components {
@@ -20,32 +20,11 @@ bool IsContainer(const RootedFiles& files) {
 
 /// What the makers of virtual machines write into the firmware's table.
 std::string_view FromFirmware(const RootedFiles& files) {
-  constexpr std::array<std::string_view, 4> kEntries{"sys_vendor", "product_name", "board_vendor",
-                                                     "bios_vendor"};
-  constexpr std::array<std::pair<std::string_view, std::string_view>, 10> kBeginnings{
-      {{"KVM", "kvm"},
-       {"QEMU", "qemu"},
-       {"VMware", "vmware"},
-       {"VMW", "vmware"},
-       {"VirtualBox", "virtualbox"},
-       {"innotek GmbH", "virtualbox"},
-       {"Xen", "xen"},
-       {"Bochs", "bochs"},
-       {"Parallels", "parallels"},
-       {"BHYVE", "bhyve"}}};
-  const std::string directory = "sys/class/dmi/id/";
-  for (const std::string_view entry : kEntries) {
-    const std::string value = files.ReadLine(directory + std::string(entry));
-    for (const auto& [beginning, kind] : kBeginnings) {
-      if (value.starts_with(beginning)) return kind;
-    }
-  }
-  // The same maker's real machines have other model names.
-  if (files.ReadLine(directory + "sys_vendor") == "Microsoft Corporation" &&
-      files.ReadLine(directory + "product_name") == "Virtual Machine") {
-    return "hyperv";
-  }
-  return {};
+  const std::string table = "sys/class/dmi/id/";
+  return VirtualMachineKind({.mManufacturer = files.ReadLine(table + "sys_vendor"),
+                             .mModel = files.ReadLine(table + "product_name"),
+                             .mBoardManufacturer = files.ReadLine(table + "board_vendor"),
+                             .mFirmwareVendor = files.ReadLine(table + "bios_vendor")});
 }
 
 /// The clocks that hypervisors offer to their guests carry their names.

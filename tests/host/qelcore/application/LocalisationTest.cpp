@@ -104,12 +104,13 @@ TEST_F(Texts, ABrokenCatalogueIsLoggedOnceAndIgnored) {
 
 TEST_F(Texts, ALanguageNeverLeadsOutOfTheFolder) {
   mDirectory.Write("secret.json", R"({"$$$/a":"secret"})");
-  mDirectory.Write("translations/en_US.json", R"({})");
+  const std::string usual = qelcore::Locale::ApplicationLanguage();
+  EXPECT_NE(usual, "");
+  mDirectory.Write("translations/" + usual + ".json", R"({})");
   for (const char* const language :
        {"../secret", "/etc/passwd", "de/../../secret", "de\n", "d\xC3\xA9", ".."}) {
-    ::setenv("LC_ALL", "C", 1);
     SetApplicationLanguage(language);
-    EXPECT_EQ(qelcore::Locale::ApplicationLanguage(), "en_US") << language;
+    EXPECT_EQ(qelcore::Locale::ApplicationLanguage(), usual) << language;
     EXPECT_EQ(Localise("$$$/a=default"), u"default") << language;
   }
 }
@@ -125,34 +126,6 @@ TEST_F(Texts, ManyThreadsMayAskAtATime) {
       }
     });
   }
-}
-
-TEST(ApplicationLanguage, ComesFromTheEnvironmentUntilSet) {
-  struct Row {
-    const char* mAll;
-    const char* mMessages;
-    const char* mLang;
-    const char* mLanguage;
-  };
-  for (const Row& row : {Row{"", "", "", "en_US"},
-                         {"", "", "de_DE.UTF-8", "de_DE"},
-                         {"", "fr_FR", "de_DE", "fr_FR"},
-                         {"ja_JP.UTF-8", "fr_FR", "de_DE", "ja_JP"},
-                         {"C", "fr_FR", "de_DE", "en_US"},
-                         {"POSIX", "", "", "en_US"},
-                         {"C.UTF-8", "", "", "en_US"},
-                         {"de_DE@euro", "", "", "de_DE"},
-                         {"", "", "zh-Hans", "zh-Hans"},
-                         {"", "", "../x", "en_US"},
-                         {"", "", "de", "de"}}) {
-    ::setenv("LC_ALL", row.mAll, 1);
-    ::setenv("LC_MESSAGES", row.mMessages, 1);
-    ::setenv("LANG", row.mLang, 1);
-    EXPECT_EQ(qelcore::Locale::ApplicationLanguage(), row.mLanguage)
-        << row.mAll << ',' << row.mMessages << ',' << row.mLang;
-  }
-  SetApplicationLanguage("it_IT");
-  EXPECT_EQ(qelcore::Locale::ApplicationLanguage(), "it_IT");
 }
 
 TEST(ApplicationName, IsSetByTheHost) {

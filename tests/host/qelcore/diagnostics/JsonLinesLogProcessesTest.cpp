@@ -1,53 +1,38 @@
-// Processes that append to one file, and processes that may not. On systems with `fork`.
+// Processes that append to one file.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <set>
+#include <thread>
 
-#include "host/qelcore/HostSetup.h"
 #include "tests/host/qelcore/diagnostics/JsonLinesLogFixture.h"
+#include "tests/support/ProgramRun.h"
 
 namespace {
 
-using qelcore::host::JsonLinesLog;
 using testsupport::JsonLinesLogs;
 using Strings = std::vector<std::string>;
 
-/// Starts a process that runs `body` and ends with its result.
-template <typename Body>
-pid_t Start(Body body) {
-  const pid_t child = fork();
-  EXPECT_GE(child, 0);
-  if (child == 0) {
-    _exit(body());
+class JsonLinesLogProcesses : public JsonLinesLogs {
+ protected:
+  /// Runs one process for each list of arguments, all at a time, and expects that nothing goes wrong in any.
+  void RunWriters(const std::vector<Strings>& arguments) {
+    std::vector<std::thread> threads;
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+      threads.emplace_back([this, index, &own = arguments[index]] {
+        const std::filesystem::path scratch = mHost.Files().Path() / std::to_string(index);
+        std::filesystem::create_directories(scratch);
+        Strings all = {mHost.Preferences().string()};
+        all.insert(all.end(), own.begin(), own.end());
+        const auto result = testsupport::RunProgram(QELSCR_LOG_WRITER, all, {}, scratch, scratch);
+        EXPECT_EQ(result.mExitCode, 0) << result.mErrors;
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
   }
-  return child;
-}
+};
 
-int ExitCodeOf(pid_t child) {
-  int status = 0;
-  EXPECT_EQ(waitpid(child, &status, 0), child);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-TEST_F(JsonLinesLogs, ProcessesAppendAtATime) {
-  constexpr int kProcesses = 3;
-  constexpr int kEntries = 150;
-  const std::string filling(4'000, 'x');
-  std::vector<pid_t> children;
-  for (int number = 0; number < kProcesses; ++number) {
-    children.push_back(Start([&] {
-      for (int count = 0; count < kEntries; ++count) {
-        mLog.Append(Entry(std::to_string(number * kEntries + count) + filling));
-      }
-      return static_cast<int>(mHost.mExceptionTexts.size());
-    }));
-  }
-  for (const pid_t child : children) EXPECT_EQ(ExitCodeOf(child), 0);
+TEST_F(JsonLinesLogProcesses, AppendAtATime) {
+  RunWriters({{"a", "150", "4000"}, {"b", "150", "4000"}, {"c", "150", "4000"}});
   const Strings texts = Texts();
   EXPECT_EQ(std::set<std::string>(texts.begin(), texts.end()).size(), 450U);
   EXPECT_EQ(texts.size(), 450U);
@@ -56,71 +41,30 @@ TEST_F(JsonLinesLogs, ProcessesAppendAtATime) {
   EXPECT_LE(Content("log.jsonl").size(), 1'048'576U);
 }
 
-TEST_F(JsonLinesLogs, ProcessesThatFindTheFileFullMoveItAsideOnce) {
+TEST_F(JsonLinesLogProcesses, ThatFindTheFileFullMoveItAsideOnce) {
   // Whoever moves the file aside a second time would put a short new file in the place of the full one.
-  for (int round = 0; round < 10; ++round) {
+  for (int round = 0; round < 5; ++round) {
     for (const char* const name : {"log.jsonl", "log.jsonl.1"}) std::filesystem::remove(At(name));
     mLog.Append(Entry(TextForLine(1'048'576)));
-    std::vector<pid_t> children;
-    for (const char* const text : {"a", "b", "c", "d"}) {
-      children.push_back(Start([&, text] {
-        mLog.Append(Entry(text));
-        return static_cast<int>(mHost.mExceptionTexts.size());
-      }));
-    }
-    for (const pid_t child : children) EXPECT_EQ(ExitCodeOf(child), 0);
+    RunWriters({{"a", "1", "0"}, {"b", "1", "0"}, {"c", "1", "0"}, {"d", "1", "0"}});
     ASSERT_EQ(Content("log.jsonl.1").size(), 1'048'576U) << round;
     ASSERT_EQ(Texts().size(), 5U) << round;
   }
 }
 
-TEST_F(JsonLinesLogs, AProcessThatDiesLeavesTheLogUsable) {
-  const pid_t child = Start([&] {
-    mLog.Append(Entry("first"));
-    raise(SIGKILL);
-    return 0;
-  });
-  EXPECT_EQ(ExitCodeOf(child), -1);
+TEST_F(JsonLinesLogProcesses, ThatDieLeaveTheLogUsable) {
+  const std::filesystem::path scratch = mHost.Files().Path();
+  const auto result = testsupport::RunProgram(
+      QELSCR_LOG_WRITER, {mHost.Preferences().string(), "first", "1", "0", "die"}, {}, scratch, scratch);
+  EXPECT_EQ(result.mExitCode, 9) << result.mErrors;
   mLog.Append(Entry("second"));
-  EXPECT_EQ(Texts(), (Strings{"first", "second"}));
-}
-
-TEST_F(JsonLinesLogs, ALineThatDoesNotFitOnTheDiskLeavesNoPiece) {
-  mLog.Append(Entry("first"));
-  const std::string before = Content("log.jsonl");
-  const pid_t child = Start([&] {
-    // The system writes the ten bytes that still fit and refuses the rest, as a full disk does.
-    const rlimit limit{before.size() + 10, before.size() + 10};
-    std::signal(SIGXFSZ, SIG_IGN);
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 100;
-    mLog.Append(Entry(std::string(1'000, 'x')));
-    mLog.Append(Entry(std::string(1'000, 'x')));
-    return static_cast<int>(mHost.mExceptionTexts.size());
-  });
-  EXPECT_EQ(ExitCodeOf(child), 1);
-  EXPECT_EQ(Content("log.jsonl"), before);
-}
-
-TEST_F(JsonLinesLogs, ADirectoryThatTakesNoFilesIsLoggedOnce) {
-  // Even the administrator makes no files here.
-  qelcore::host::SetDirectories({.mPreferences = "/proc/self"});
-  mLog.Append(Entry("lost"));
-  mLog.Append(Entry("lost"));
-  EXPECT_EQ(mHost.mExceptionContexts, Strings{"the log"});
-  EXPECT_TRUE(mLog.Read().mObjects.empty());
+  EXPECT_EQ(Texts(), (Strings{"first0", "second"}));
 }
 
 TEST_F(JsonLinesLogs, ALogWithoutALockCanBeRead) {
   mHost.Files().Write("preferences/log.jsonl", "{\"text\":\"x\"}\n");
   std::filesystem::create_directory(At("log.jsonl.lock"));
   EXPECT_EQ(Texts(), Strings{"x"});
-}
-
-TEST_F(JsonLinesLogs, APipeIsNeitherReadNorWritten) {
-  ASSERT_EQ(mkfifo(At("log.jsonl").c_str(), 0600), 0);
-  mLog.Append(Entry("x"));
-  EXPECT_EQ(mHost.mExceptionContexts, Strings{"the log"});
-  EXPECT_THROW(static_cast<void>(mLog.Read()), std::system_error);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "tests/host/qelcore/linux/components/RowName.h"
+#include "tests/host/qelcore/components/RowName.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace qelcore::host::components {

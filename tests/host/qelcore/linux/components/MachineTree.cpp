@@ -193,17 +193,4 @@ std::string TestName(const ::testing::TestParamInfo<std::string>& machine) {
   return name;
 }
 
-std::vector<std::string> Lines(const qelcore::utility::OSComponentRegistry::Components& components) {
-  using namespace qelcore::utility;
-  std::vector<std::string> lines;
-  for (const auto& component : components) {
-    const std::string last = component->GetType() == OSComponentType::kProperty
-                                 ? component->GetPropertyValue()
-                                 : component->GetVersion().ToString();
-    lines.push_back(ComponentTypeToString(component->GetType()) + " | " + component->GetName() + " | " +
-                    last);
-  }
-  return lines;
-}
-
 }  // namespace testsupport

@@ -11,6 +11,7 @@
 
 #include "host/qelcore/linux/components/Surroundings.h"
 #include "platform/qelcore/Components.h"
+#include "tests/host/qelcore/components/ComponentLines.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace testsupport {
@@ -55,9 +56,5 @@ class MachineTree {
 
 /// The name of a test that runs on a recorded machine.
 [[nodiscard]] std::string TestName(const ::testing::TestParamInfo<std::string>& machine);
-
-/// One line for each component: "Video | name | version" or "Property | name | value".
-[[nodiscard]] std::vector<std::string> Lines(
-    const qelcore::utility::OSComponentRegistry::Components& components);
 
 }  // namespace testsupport

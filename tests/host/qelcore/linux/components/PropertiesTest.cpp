@@ -5,8 +5,8 @@
 
 #include <ostream>
 
+#include "tests/host/qelcore/components/RowName.h"
 #include "tests/host/qelcore/linux/components/MachineTree.h"
-#include "tests/host/qelcore/linux/components/RowName.h"
 
 namespace qelcore::host::components {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/qelcore/linux/components/SavedProperties.h"
+#include "host/qelcore/components/SavedProperties.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,12 +21,12 @@ class SavedPropertiesTest : public ::testing::Test {
  protected:
   SavedPropertiesTest() {
     mSystem.mKernelRelease = "6.1.0-18-amd64";
-    mSystem.mDistributionTitle = "Ubuntu 22.04.3 LTS";
+    mSystem.mProperties = {{"os.distribution", "Ubuntu 22.04.3 LTS"}};
   }
 
   TemporaryDirectory mTemporary;
   filesupport::Dir mDirectory{mTemporary.Path().u16string()};
-  OperatingSystem mSystem;
+  SystemIdentity mSystem;
   Properties mProperties{{"memory.mb", "7949"}, {"os.distribution", "Ubuntu 22.04.3 LTS"}};
 };
 
@@ -75,14 +75,14 @@ TEST_F(SavedPropertiesTest, ThoseOfAnotherKernelAreNotTaken) {
 
 TEST_F(SavedPropertiesTest, ThoseOfAnotherDistributionAreNotTaken) {
   SaveProperties(mDirectory, mProperties, mSystem, kNow);
-  mSystem.mDistributionTitle = "Ubuntu 24.04 LTS";
+  mSystem.mProperties["os.distribution"] = "Ubuntu 24.04 LTS";
   EXPECT_FALSE(LoadProperties(mDirectory, mSystem, kNow).has_value());
-  mSystem.mDistributionTitle = "";
+  mSystem.mProperties["os.distribution"] = "";
   EXPECT_FALSE(LoadProperties(mDirectory, mSystem, kNow).has_value());
 }
 
 TEST_F(SavedPropertiesTest, ASystemWithoutADistributionHasPropertiesToo) {
-  mSystem.mDistributionTitle = "";
+  mSystem.mProperties["os.distribution"] = "";
   mProperties.erase("os.distribution");
   SaveProperties(mDirectory, mProperties, mSystem, kNow);
   EXPECT_THAT(LoadProperties(mDirectory, mSystem, kNow), Optional(ElementsAre(Pair("memory.mb", "7949"))));

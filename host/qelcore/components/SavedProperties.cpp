@@ -1,5 +1,6 @@
-#include "host/qelcore/linux/components/SavedProperties.h"
+#include "host/qelcore/components/SavedProperties.h"
 
+#include <algorithm>
 #include <any>
 #include <stdexcept>
 #include <string_view>
@@ -13,7 +14,6 @@ namespace {
 constexpr std::u16string_view kFileName = u"SystemProperties.json";
 constexpr std::string_view kSavedAt = "saved_at";
 constexpr std::string_view kKernelRelease = "kernel_release";
-constexpr std::string_view kDistribution = "os.distribution";
 constexpr std::uint64_t kLongestFile = std::uint64_t{1} << 20;
 constexpr std::int64_t kLongestAge = std::int64_t{24} * 60 * 60;
 
@@ -26,11 +26,13 @@ json::Dictionary ReadFile(const filesupport::File& file) {
   return json::AsDictionary(value);
 }
 
-bool IsOfSystem(const json::Dictionary& object, const OperatingSystem& system) {
+bool IsOfSystem(const json::Dictionary& object, const SystemIdentity& system) {
   const std::string* const release = json::FindText(object, kKernelRelease);
-  const std::string* const distribution = json::FindText(object, kDistribution);
   return release != nullptr && *release == system.mKernelRelease &&
-         (distribution == nullptr ? std::string() : *distribution) == system.mDistributionTitle;
+         std::all_of(system.mProperties.begin(), system.mProperties.end(), [&](const auto& property) {
+           const std::string* const saved = json::FindText(object, property.first);
+           return (saved == nullptr ? std::string() : *saved) == property.second;
+         });
 }
 
 bool IsFresh(const json::Dictionary& object, std::int64_t now) {
@@ -42,7 +44,7 @@ bool IsFresh(const json::Dictionary& object, std::int64_t now) {
 
 }  // namespace
 
-std::optional<Properties> LoadProperties(const filesupport::Dir& directory, const OperatingSystem& system,
+std::optional<Properties> LoadProperties(const filesupport::Dir& directory, const SystemIdentity& system,
                                          std::int64_t now) {
   const filesupport::File file(directory, kFileName);
   if (!file.Exists()) return std::nullopt;
@@ -57,7 +59,7 @@ std::optional<Properties> LoadProperties(const filesupport::Dir& directory, cons
 }
 
 void SaveProperties(const filesupport::Dir& directory, const Properties& properties,
-                    const OperatingSystem& system, std::int64_t now) {
+                    const SystemIdentity& system, std::int64_t now) {
   json::Dictionary object;
   for (const auto& [name, value] : properties) json::Set(object, name, value);
   json::Set(object, kSavedAt, now);

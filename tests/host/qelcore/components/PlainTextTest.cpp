@@ -1,4 +1,4 @@
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <ostream>
 #include <vector>
 
-#include "tests/host/qelcore/linux/components/RowName.h"
+#include "tests/host/qelcore/components/RowName.h"
 
 namespace qelcore::host::components {
 namespace {

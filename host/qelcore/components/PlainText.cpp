@@ -1,4 +1,4 @@
-#include "host/qelcore/linux/components/PlainText.h"
+#include "host/qelcore/components/PlainText.h"
 
 #include <array>
 #include <charconv>
