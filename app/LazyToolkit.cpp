@@ -17,7 +17,7 @@ LazyToolkit::~LazyToolkit() {
 }
 
 void LazyToolkit::Require() {
-  if (Start() == nullptr) throw UserError(mReason);
+  if (Start() == nullptr) throw UserError(mReason + R"(; "scr report" needs none)");
 }
 
 qelui::DrawSupplier* LazyToolkit::GetDefaultDrawSupplier() {

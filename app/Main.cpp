@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/HostOptions.h"
+#include "app/LibrarySearch.h"
 #include "app/Output.h"
 #include "app/Verbs.h"
 #include "host/qelcore/HostSetup.h"
@@ -90,6 +91,7 @@ int Run(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) {
   qelcore::host::ReserveStandardStreams();
+  app::RestrictLibrarySearch();
   try {
     return Run(argumentCount, arguments);
   } catch (const std::exception& error) {

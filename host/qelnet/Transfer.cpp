@@ -8,16 +8,20 @@
 
 #include "host/qelnet/Redirect.h"
 #include "host/qelnet/RequestHeaders.h"
+#include "host/qelnet/ServerTrust.h"
 #include "host/qelnet/Tracing.h"
 
 namespace qelnet {
 
 namespace {
 
+void Require(CURLcode code) {
+  if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
+}
+
 template <typename Value>
 void Set(CURL* handle, CURLoption option, Value value) {
-  const CURLcode code = curl_easy_setopt(handle, option, value);
-  if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
+  Require(curl_easy_setopt(handle, option, value));
 }
 
 curl_off_t AsOffset(std::size_t size) {
@@ -67,7 +71,9 @@ void Transfer::SetTrust(CURL* handle) const {
     Set(handle, CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NATIVE_CA));
   } else {
     Set(handle, CURLOPT_CAINFO, authorities.c_str());
-    Set(handle, CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    // A library that cannot use directories of authorities has none to forget.
+    const CURLcode code = curl_easy_setopt(handle, CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    if (code != CURLE_NOT_BUILT_IN) Require(code);
   }
 }
 
@@ -85,8 +91,21 @@ void Transfer::SetReceivers(CURL* handle) {
 
 int Transfer::OnConnected(void* transfer, char* /*remoteAddress*/, char* /*localAddress*/, int /*remotePort*/,
                           int /*localPort*/) {
-  static_cast<Transfer*>(transfer)->mLastSign = Clock::now();
-  return CURL_PREREQFUNC_OK;
+  Transfer& self = *static_cast<Transfer*>(transfer);
+  self.mLastSign = Clock::now();
+  return self.IsServerAccepted() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+bool Transfer::IsServerAccepted() {
+  const bool isForSystem = mRequest.mUrl.mIsEncrypted && mRequest.mOptions.mCertificateAuthorities.empty();
+  if (!isForSystem || IsServerTrusted(mHandle.get())) return true;
+  // No exception may pass through libcurl.
+  try {
+    mFailure = "The system does not trust the server's certificate.";
+    return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
 std::size_t Transfer::OnHeader(char* data, std::size_t size, std::size_t count, void* transfer) {

@@ -54,6 +54,9 @@ class Transfer {
   static std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* transfer);
   static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* transfer);
 
+  /// Returns false when the system does not trust the server that was just connected.
+  bool IsServerAccepted();
+
   /// Returns false when the body would grow too large or there is no memory.
   bool Receive(std::string_view data);
 

@@ -92,7 +92,8 @@ TEST_F(ReportVerbTest, ReportThatCannotBeRememberedSaysSo) {
 
 TEST_F(ReportVerbTest, ReportTracesWhenAsked) {
   const auto result = Scr({"--trace", "6", "report"});
-  EXPECT_NE(result.mErrors.find("App Restricted list File Location: \"" + Path(kListPath) + "\""),
+  EXPECT_NE(result.mErrors.find("App Restricted list File Location: \"" +
+                                testsupport::PathText(Path(kListPath)) + "\""),
             std::string::npos)
       << result.mErrors;
 }

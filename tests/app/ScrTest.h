@@ -21,7 +21,8 @@ class ScrTest : public testing::Test {
     return Run(all);
   }
 
-  /// Runs `scr` with these arguments alone. Its usual directories are below the test's directory.
+  /// Runs `scr` with these arguments alone. Its usual directories are below the test's directory, and there
+  /// is no display.
   ProgramResult Run(const std::vector<std::string>& arguments) {
     return RunProgram(QELSCR_SCR, arguments,
                       {{"HOME", Path("home")},
@@ -30,21 +31,24 @@ class ScrTest : public testing::Test {
                        {"XDG_DATA_HOME", Path("home/.local/share")},
                        {"LANG", "en_US.UTF-8"},
                        {"LC_ALL", "en_US.UTF-8"},
-                       {"LANGUAGE", ""}},
+                       {"LANGUAGE", ""},
+                       {"DISPLAY", ""},
+                       {"WAYLAND_DISPLAY", ""}},
                       mFiles.Path(), mFiles.Path());
   }
 
+  /// With separators that every system takes, and that mean nothing else in JSON and scripts.
   [[nodiscard]] std::string Path(const std::string& relativePath) const {
-    return (mFiles.Path() / relativePath).string();
+    return (mFiles.Path() / PathFrom(relativePath)).generic_string();
   }
 
   /// Writes a file and returns its path.
   std::string Write(const std::string& relativePath, const std::string& content) {
-    return mFiles.Write(relativePath, content).string();
+    return mFiles.Write(relativePath, content).generic_string();
   }
 
   [[nodiscard]] bool Exists(const std::string& relativePath) const {
-    return std::filesystem::exists(mFiles.Path() / relativePath);
+    return std::filesystem::exists(mFiles.Path() / PathFrom(relativePath));
   }
 
   /// The program ends with 1 and says one line on standard error that holds this text, and nothing else.

@@ -66,4 +66,11 @@ TEST_F(UsageTest, OptionsMayStandBehindTheVerb) {
   EXPECT_EQ(Run({"state", "show", "--pref-dir", Path("elsewhere")}).mExitCode, 0);
 }
 
+TEST_F(UsageTest, VerbsWithWindowsSayWhatIsMissing) {
+  for (const char* const verb : {"show", "optimize", "desktop"}) {
+    SCOPED_TRACE(verb);
+    ExpectError(Scr({verb}), "\"scr report\" needs none");
+  }
+}
+
 }  // namespace

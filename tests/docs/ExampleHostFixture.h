@@ -42,7 +42,32 @@ class ExampleHostFixture : public testing::Test {
                     const std::string& program = QELSCR_EXAMPLE_HOST) {
     std::vector<std::string> arguments = {Path("preferences"), Path("application"), serverRoot};
     arguments.insert(arguments.end(), commands.begin(), commands.end());
-    return RunProgram(program, arguments, mEnvironment, mFiles.Path(), mFiles.Path());
+    ProgramResult result = RunProgram(program, arguments, mEnvironment, mFiles.Path(), mFiles.Path());
+    // The example leaves the ends of lines to the system.
+    std::erase(result.mOutput, '\r');
+    std::erase(result.mErrors, '\r');
+    return result;
+  }
+
+  /// The example, from now on with the libraries that do nothing.
+  std::string ProgramWithLibrariesThatDoNothing() {
+    std::filesystem::path program = QELSCR_EXAMPLE_HOST;
+#if defined(_WIN32)
+    // A program's own directory comes first, so these must stand there.
+    const std::filesystem::path directory = mFiles.Path() / "without-operations";
+    std::filesystem::create_directory(directory);
+    for (const auto& file : std::filesystem::directory_iterator(program.parent_path())) {
+      if (file.path().extension() == ".dll") std::filesystem::copy(file.path(), directory);
+    }
+    for (const auto& file : std::filesystem::directory_iterator(QELSCR_NO_OPERATIONS)) {
+      std::filesystem::copy(file.path(), directory, std::filesystem::copy_options::overwrite_existing);
+    }
+    std::filesystem::copy(program, directory);
+    program = directory / program.filename();
+#else
+    mEnvironment["LD_LIBRARY_PATH"] = QELSCR_NO_OPERATIONS;
+#endif
+    return program.string();
   }
 
   [[nodiscard]] std::string Path(const std::string& relativePath) const {

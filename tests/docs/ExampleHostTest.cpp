@@ -220,8 +220,7 @@ TEST_F(ExampleHostTest, LibrariesThatDoNothingTakeThePlaceOfOurs) {
   EXPECT_TRUE(Exists("preferences/analytics-events.jsonl"));
   std::filesystem::remove(mFiles.Path() / "preferences/analytics-events.jsonl");
 
-  mEnvironment["LD_LIBRARY_PATH"] = QELSCR_NO_OPERATIONS;
-  const auto result = Run(kNobody, commands);
+  const auto result = Run(kNobody, commands, ProgramWithLibrariesThatDoNothing());
   EXPECT_EQ(result.mExitCode, 0) << result.mErrors;
   EXPECT_THAT(result.mOutput, AllOf(HasSubstr("0 ERROR, 0 WARN, 1 INFO\n"), HasSubstr("Refresh: -1\n")));
   EXPECT_FALSE(Exists("preferences/analytics-events.jsonl"));

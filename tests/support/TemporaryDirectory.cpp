@@ -23,7 +23,7 @@ TemporaryDirectory::~TemporaryDirectory() {
 
 std::filesystem::path TemporaryDirectory::Write(const std::string& relativePath,
                                                 std::string_view content) const {
-  const std::filesystem::path path = mPath / relativePath;
+  const std::filesystem::path path = mPath / PathFrom(relativePath);
   std::filesystem::create_directories(path.parent_path());
   std::ofstream stream(path, std::ios::binary);
   stream.write(content.data(), static_cast<std::streamsize>(content.size()));
@@ -32,7 +32,16 @@ std::filesystem::path TemporaryDirectory::Write(const std::string& relativePath,
 }
 
 std::string TemporaryDirectory::Read(const std::string& relativePath) const {
-  return ReadWholeFile(mPath / relativePath);
+  return ReadWholeFile(mPath / PathFrom(relativePath));
+}
+
+std::filesystem::path PathFrom(std::string_view text) {
+  return std::u8string(text.begin(), text.end());
+}
+
+std::string PathText(std::filesystem::path path) {
+  const std::u8string text = path.make_preferred().u8string();
+  return {text.begin(), text.end()};
 }
 
 std::string ReadWholeFile(const std::filesystem::path& path) {

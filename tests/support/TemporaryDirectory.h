@@ -26,6 +26,12 @@ class TemporaryDirectory {
   std::filesystem::path mPath;
 };
 
+/// The path that a text in UTF-8 names.
+[[nodiscard]] std::filesystem::path PathFrom(std::string_view text);
+
+/// The path as the libraries write it: UTF-8, with the separators of the system.
+[[nodiscard]] std::string PathText(std::filesystem::path path);
+
 /// The content of a file; fails the test when it cannot be read.
 [[nodiscard]] std::string ReadWholeFile(const std::filesystem::path& path);
 

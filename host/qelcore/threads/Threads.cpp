@@ -21,7 +21,9 @@ void OpenOnceGate::Open() {
 
 bool OpenOnceGate::PassThroughUntil(std::chrono::steady_clock::time_point deadline) {
   std::unique_lock lock(mMutex);
-  return mOpened.wait_until(lock, deadline, [this] { return mIsOpen; });
+  // Some standard libraries compute the time that is left without regard to what a duration can hold.
+  const auto end = std::max(deadline, std::chrono::steady_clock::now());
+  return mOpened.wait_until(lock, end, [this] { return mIsOpen; });
 }
 
 RecursiveTimedMutex::RecursiveTimedMutex() = default;

@@ -1,5 +1,6 @@
 #include "host/qelcore/files/FileLock.h"
 
+#include <algorithm>
 #include <thread>
 
 #include "host/qelcore/windows/FileError.h"
@@ -40,16 +41,24 @@ bool SaysTaken(DWORD code) {
   return code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING;
 }
 
+/// Waits a moment and tells how long. The system may make the shortest pause last until its clock ticks,
+/// about 16 ms; what is longer is a machine that stood still, which has not used up any patience.
+std::chrono::milliseconds Pause() {
+  constexpr std::chrono::milliseconds kShortest{1};
+  constexpr std::chrono::milliseconds kLongest{16};
+  const auto begin = std::chrono::steady_clock::now();
+  std::this_thread::sleep_for(kShortest);
+  const auto length = std::chrono::steady_clock::now() - begin;
+  return std::clamp(std::chrono::duration_cast<std::chrono::milliseconds>(length), kShortest, kLongest);
+}
+
 }  // namespace
 
 FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience) : mHandle(0) {
-  // The system's clock ticks about every 16 ms; shorter pauses last as long.
-  constexpr std::chrono::milliseconds kPause{16};
   Handle file = Open(path);
   DWORD code = TryToLock(file.Get());
-  // The pauses are counted, not the clock: a machine that stood still has not used up any patience.
-  for (; SaysTaken(code) && patience > patience.zero(); patience -= kPause) {
-    std::this_thread::sleep_for(kPause);
+  while (SaysTaken(code) && patience > patience.zero()) {
+    patience -= Pause();
     code = TryToLock(file.Get());
   }
   if (code != ERROR_SUCCESS) {

@@ -46,8 +46,9 @@ TEST_F(BlocklistDownloadTest, TheUrlAndTheFileMirrorEachOther) {
   EXPECT_THAT(mResults.WaitFor(1), ElementsAre(DownloadResult::DownloadSucceeded));
   EXPECT_EQ(asked, "/lists/systemcompatibilityreport/-1.-1/win/blocklist.en_US.json");
   EXPECT_EQ(Downloaded(), GoodBlocklist());
-  EXPECT_THAT(mHost.Traced(6), Contains("Blocklist download to \"" +
-                                        (mHost.Files().Path() / kDownloaded).string() + "\" succeeded"));
+  EXPECT_THAT(mHost.Traced(6),
+              Contains("Blocklist download to \"" +
+                       testsupport::PathText(mHost.Files().Path() / kDownloaded) + "\" succeeded"));
   EXPECT_THAT(mHost.Traced(6), Contains("Download Blocklist URL: \"" + url + "\""));
 }
 

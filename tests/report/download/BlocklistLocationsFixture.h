@@ -18,14 +18,15 @@ class BlocklistLocationsFixture : public ::testing::Test {
 
   /// The file's path below the test's directory; its whole path when it lies elsewhere.
   [[nodiscard]] std::string Place(const qelcore::filesupport::File& file) const {
-    const std::string path = qelcore::string::UTF16to8(file.GetFullPath());
-    const std::string root = mHost.Files().Path().string() + "/";
-    return path.starts_with(root) ? path.substr(root.size()) : path;
+    const std::filesystem::path path(file.GetFullPath());
+    const std::string root = mHost.Files().Path().generic_string() + "/";
+    const std::string text = path.generic_string();
+    return text.starts_with(root) ? text.substr(root.size()) : PathText(path);
   }
 
   /// A whole path in quotation marks, as the trace has it.
   [[nodiscard]] std::string Quoted(const std::string& relativePath) const {
-    return '"' + (mHost.Files().Path() / relativePath).string() + '"';
+    return '"' + PathText(mHost.Files().Path() / relativePath) + '"';
   }
 
   static void UseInstalled(const char* value) {

@@ -28,7 +28,10 @@ class ScriptingTest : public testing::Test {
         {testsupport::Component(qelcore::utility::OSComponentType::kVideo, "Card", "1.2.3.4")});
   }
 
-  [[nodiscard]] std::string Path(const char* name) const { return (mHost.Files().Path() / name).string(); }
+  /// With separators that mean nothing else in a script.
+  [[nodiscard]] std::string Path(const char* name) const {
+    return (mHost.Files().Path() / testsupport::PathFrom(name)).generic_string();
+  }
 
   testsupport::TestHost mHost;
 };

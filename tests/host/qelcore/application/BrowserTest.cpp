@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "host/qelcore/HostSetup.h"
-#include "tests/support/EnvironmentVariable.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestHost.h"
 
@@ -75,12 +74,6 @@ TEST_F(BrowserTest, AFailureIsLogged) {
   qelcore::host::SetBrowser([](const std::string&) -> bool { throw std::runtime_error("no browser"); });
   EXPECT_FALSE(OpenURLInDefaultBrowser(u"https://example.com"));
   EXPECT_THAT(mHost.mExceptionTexts, ElementsAre("no browser"));
-}
-
-TEST_F(BrowserTest, ASystemWithoutBrowserIsAFailure) {
-  const testsupport::EnvironmentVariable path("PATH", mHost.Files().Path().string());
-  EXPECT_FALSE(OpenURLInDefaultBrowser(u"https://example.com"));
-  EXPECT_THAT(mHost.mExceptionContexts, ElementsAre("qelcore::OpenURLInDefaultBrowser"));
 }
 
 }  // namespace

@@ -158,7 +158,8 @@ TEST_F(DebugSettings, ABrokenFileIsLoggedAndCountsAsEmpty) {
     EXPECT_EQ(mDatabase.GetCurrentValue("b"), "") << row;
     ASSERT_EQ(mLogged.size(), 1U) << row;
     EXPECT_TRUE(mLogged[0].starts_with("qelcore::DebugDatabase: ")) << mLogged[0];
-    EXPECT_NE(mLogged[0].find(folder + "/DebugDatabase.json"), std::string::npos) << mLogged[0];
+    const std::filesystem::path file = std::filesystem::path(folder) / "DebugDatabase.json";
+    EXPECT_NE(mLogged[0].find(testsupport::PathText(file)), std::string::npos) << mLogged[0];
     EXPECT_EQ(mDirectory.Read(folder + "/DebugDatabase.json"), row);
   }
 }

@@ -111,7 +111,8 @@ TEST_F(CrashTrails, ADamagedFileIsAnError) {
       R"({"markers":{},"time":"t","trails":[{"list":[],"values":{"a":[]}}]})",
   };
   for (const char* const content : contents) {
-    const std::string path = mHost.Files().Write("preferences/crash-trail.json", content).string();
+    const std::string path =
+        testsupport::PathText(mHost.Files().Write("preferences/crash-trail.json", content));
     try {
       static_cast<void>(ReadLastTrail());
       ADD_FAILURE() << content;

@@ -28,15 +28,6 @@ TEST_F(JsonLinesLogs, EachEntryIsALineAtTheEnd) {
   EXPECT_EQ(mLog.GetPath(), At("log.jsonl").string());
 }
 
-TEST_F(JsonLinesLogs, TheFilesAreForTheirOwnerOnly) {
-  mLog.Append(Entry("x"));
-  for (const char* const name : {"log.jsonl", "log.jsonl.lock"}) {
-    EXPECT_EQ(std::filesystem::status(At(name)).permissions(),
-              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
-        << name;
-  }
-}
-
 TEST_F(JsonLinesLogs, AnyTextIsOneLineOfJson) {
   struct Case {
     std::string mText;
@@ -164,7 +155,6 @@ TEST_F(JsonLinesLogs, AMissingDirectoryIsMade) {
   std::filesystem::remove(mHost.Preferences());
   mLog.Append(Entry("x"));
   EXPECT_EQ(Texts(), Strings{"x"});
-  EXPECT_EQ(std::filesystem::status(mHost.Preferences()).permissions(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(JsonLinesLogs, AnEntryThatCannotBeWrittenIsLoggedOnce) {

@@ -29,6 +29,13 @@ class Traces : public testing::Test {
     qelcore::host::SetDirectories({.mState = (mDirectory.Path() / name).string()});
   }
 
+  /// The log with the ends of lines that a text has in memory.
+  [[nodiscard]] std::string Log() const {
+    std::string log = mDirectory.Read("state/trace.log");
+    std::erase(log, '\r');
+    return log;
+  }
+
   testsupport::TemporaryDirectory mDirectory;
 };
 
@@ -63,7 +70,7 @@ TEST_F(Traces, MessagesGoToTheFileOfTheStateDirectory) {
   EXPECT_FALSE(std::filesystem::exists(mDirectory.Path() / "state"));
   TraceOutput("SystemCompatibilityReport", 6, "first line\nsecond line {} %n \xC3\xA9");
   TraceOutput("Other", 1, "another");
-  const std::string log = mDirectory.Read("state/trace.log");
+  const std::string log = Log();
   EXPECT_NE(log.find("[SystemCompatibilityReport 6] first line\nsecond line {} %n \xC3\xA9\n"),
             std::string::npos)
       << log;
@@ -148,7 +155,7 @@ TEST_F(Traces, ManyThreadsMayTraceAtATime) {
     });
   }
   threads.clear();
-  const std::string log = mDirectory.Read("state/trace.log");
+  const std::string log = Log();
   EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1000);
 }
 
@@ -164,7 +171,7 @@ TEST_F(Traces, AnObserverSeesMoreThanTheLogWhenItAsksForMore) {
   TraceOutput("a", 1, "error");
   TraceOutput("a", 5, "warning");
   EXPECT_EQ(seen, (std::vector<std::string>{"error", "warning"}));
-  const std::string log = mDirectory.Read("state/trace.log");
+  const std::string log = Log();
   EXPECT_NE(log.find("error"), std::string::npos);
   EXPECT_EQ(log.find("warning"), std::string::npos);
   qelcore::host::SetTraceObserver({});
@@ -184,7 +191,7 @@ TEST_F(Traces, ExceptionsGoToTheLogAtTheFirstLevel) {
   LogException(Failure("file not found"), "a::Function");
   LogException(std::make_exception_ptr(5), "b::Function");
   LogException(nullptr, "c::Function");
-  const std::string log = mDirectory.Read("state/trace.log");
+  const std::string log = Log();
   EXPECT_NE(log.find("[Exceptions 1] a::Function: file not found\n"), std::string::npos) << log;
   EXPECT_NE(log.find("[Exceptions 1] b::Function: unknown exception\n"), std::string::npos) << log;
   EXPECT_NE(log.find("[Exceptions 1] c::Function: unknown exception\n"), std::string::npos) << log;

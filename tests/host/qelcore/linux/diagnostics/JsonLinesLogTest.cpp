@@ -1,4 +1,4 @@
-// Full disks, pipes, and directories that take no files.
+// Access rights, full disks, pipes, and directories that take no files.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -30,6 +30,21 @@ int ExitCodeOf(pid_t child) {
   int status = 0;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(JsonLinesLogs, TheFilesAreForTheirOwnerOnly) {
+  mLog.Append(Entry("x"));
+  for (const char* const name : {"log.jsonl", "log.jsonl.lock"}) {
+    EXPECT_EQ(std::filesystem::status(At(name)).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+        << name;
+  }
+}
+
+TEST_F(JsonLinesLogs, AMissingDirectoryIsMadeForItsOwnerOnly) {
+  std::filesystem::remove(mHost.Preferences());
+  mLog.Append(Entry("x"));
+  EXPECT_EQ(std::filesystem::status(mHost.Preferences()).permissions(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(JsonLinesLogs, ALineThatDoesNotFitOnTheDiskLeavesNoPiece) {
