@@ -1,7 +1,6 @@
 #include "host/qelui/native/SmallControls.h"
 
 #include <wx/activityindicator.h>
-#include <wx/artprov.h>
 #include <wx/brush.h>
 #include <wx/graphics.h>
 #include <wx/image.h>
@@ -11,13 +10,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "host/qelui/native/System.h"
+
 namespace qelui::native {
 
 namespace {
-
-wxArtID ArtFor(IconKind kind) {
-  return kind == IconKind::kWarning ? wxART_WARNING : wxART_ERROR;
-}
 
 /// A white letter in a blue disc, which is seen on light and on dark. The pictures that themes have for it
 /// are pale.
@@ -40,8 +37,7 @@ wxImage DrawInformation(int side) {
 /// In exactly that size: themes have pictures of a few sizes only.
 wxBitmap MakeBitmap(IconKind kind, int side) {
   if (kind == IconKind::kInformation) return wxBitmap(DrawInformation(side));
-  // Asked for a larger size, themes give a small picture with a wide edge.
-  const wxImage image = wxArtProvider::GetBitmap(ArtFor(kind), wxART_MESSAGE_BOX).ConvertToImage();
+  const wxImage image = GetMessagePicture(kind);
   return wxBitmap(image.IsOk() ? image.Scale(side, side, wxIMAGE_QUALITY_HIGH) : wxImage(side, side));
 }
 

@@ -2,6 +2,7 @@
 // Windows.
 #pragma once
 
+#include <wx/image.h>
 #include <wx/string.h>
 
 #include <memory>
@@ -55,6 +56,9 @@ void ClearHiddenCheckMarks(wxDataViewColumn& column);
 /// What a screen reader calls the check box in the first column of a row. Rows are counted from the top as
 /// they are shown, those below other rows as well. New rows have no names.
 void SetCheckBoxName(wxDataViewCtrl& tree, int row, const wxString& name);
+
+/// The picture that the system's own messages of that kind have, a warning or an error, in its usual size.
+[[nodiscard]] wxImage GetMessagePicture(IconKind kind);
 
 /// The handle that dialogs tell the library; null on systems that have none.
 [[nodiscard]] void* GetSystemHandle(wxWindow& window);

@@ -44,7 +44,7 @@ LoopbackServer::~LoopbackServer() {
   }
   mSocket.StopAccepting();
   mAccepter.join();
-  for (std::thread& handler : mHandlers) handler.join();
+  for (Handler& handler : mHandlers) handler.mThread.join();
 }
 
 void LoopbackServer::AcceptAll() {
@@ -55,13 +55,27 @@ void LoopbackServer::AcceptAll() {
     const std::lock_guard lock(mMutex);
     if (mIsEnding) return;
     mConnections.push_back(connection);
-    mHandlers.emplace_back([this, connection = std::move(connection)]() mutable {
+    JoinDoneHandlers();
+    auto isDone = std::make_shared<std::atomic<bool>>(false);
+    std::thread thread([this, isDone, connection = std::move(connection)]() mutable {
       Handle(*connection);
-      const std::lock_guard handlerLock(mMutex);
-      std::erase(mConnections, connection);
-      connection.reset();
+      {
+        const std::lock_guard handlerLock(mMutex);
+        std::erase(mConnections, connection);
+        connection.reset();
+      }
+      *isDone = true;
     });
+    mHandlers.push_back({std::move(thread), std::move(isDone)});
   }
+}
+
+void LoopbackServer::JoinDoneHandlers() {
+  std::erase_if(mHandlers, [](Handler& handler) {
+    if (!*handler.mIsDone) return false;
+    handler.mThread.join();
+    return true;
+  });
 }
 
 void LoopbackServer::Handle(ServerConnection& connection) {

@@ -3,8 +3,8 @@
 
 #include <openssl/ssl.h>
 
+#include <atomic>
 #include <functional>
-#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -47,10 +47,17 @@ class LoopbackServer {
  private:
   using SslContext = std::unique_ptr<SSL_CTX, SslContextDeleter>;
 
+  struct Handler {
+    std::thread mThread;
+    std::shared_ptr<std::atomic<bool>> mIsDone;
+  };
+
   /// Without a context there is no TLS.
   LoopbackServer(SslContext tls, ConnectionHandler handler);
   [[nodiscard]] static SslContext MakeTls(const Identity& identity);
   void AcceptAll();
+  /// Systems have only so many threads, those that have ended and were not joined included.
+  void JoinDoneHandlers();
   void Handle(ServerConnection& connection);
 
   ConnectionHandler mHandler;
@@ -60,7 +67,7 @@ class LoopbackServer {
   std::mutex mMutex;
   bool mIsEnding = false;
   std::vector<std::shared_ptr<ServerConnection>> mConnections;
-  std::vector<std::thread> mHandlers;
+  std::vector<Handler> mHandlers;
   std::thread mAccepter;
 };
 

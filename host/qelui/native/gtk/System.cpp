@@ -1,6 +1,7 @@
 #include "host/qelui/native/System.h"
 
 #include <gtk/gtk.h>
+#include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/dataview.h>
 
@@ -105,6 +106,12 @@ void SetCheckBoxName(wxDataViewCtrl& tree, int row, const wxString& name) {
   if (cell == nullptr) return;
   atk_object_set_name(cell, name.utf8_str());
   g_object_unref(cell);
+}
+
+wxImage GetMessagePicture(IconKind kind) {
+  // Asked for a larger size, themes give a small picture with a wide edge.
+  return wxArtProvider::GetBitmap(kind == IconKind::kWarning ? wxART_WARNING : wxART_ERROR, wxART_MESSAGE_BOX)
+      .ConvertToImage();
 }
 
 void* GetSystemHandle(wxWindow& /*window*/) {

@@ -1,8 +1,10 @@
 #include "host/qelui/native/System.h"
 
 #include <wx/access.h>
+#include <wx/bitmap.h>
 #include <wx/button.h>
 #include <wx/dataview.h>
+#include <wx/icon.h>
 #include <wx/settings.h>
 
 #include <algorithm>
@@ -94,6 +96,13 @@ void ClearHiddenCheckMarks(wxDataViewColumn& /*column*/) {}
 
 // The list tells screen readers the texts of the whole row.
 void SetCheckBoxName(wxDataViewCtrl& /*tree*/, int /*row*/, const wxString& /*name*/) {}
+
+// By the icon's own name: the newer way to ask for it answers with a sheet of paper on some systems.
+wxImage GetMessagePicture(IconKind kind) {
+  const wxIcon icon(kind == IconKind::kWarning ? "wxICON_WARNING" : "wxICON_ERROR",
+                    wxBITMAP_TYPE_ICO_RESOURCE);
+  return wxBitmap(icon).ConvertToImage();
+}
 
 void* GetSystemHandle(wxWindow& window) {
   return window.GetHandle();
