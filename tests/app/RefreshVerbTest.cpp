@@ -122,7 +122,7 @@ TEST_F(RefreshVerbTest, AServerThatIsNotThere) {
 TEST_F(RefreshVerbTest, AServerWhoseCertificateNobodyKnows) {
   const testsupport::CertificateAuthority authority;
   const LoopbackServer server(
-      authority.Issue("IP:127.0.0.1"),
+      authority.Issue("DNS:localhost"),
       LoopbackServer::Answering([](const std::string&) { return HttpAnswer("200 OK", Blocklist("")); }));
   ExpectError(Scr({"refresh", "--base", server.Url(""), "--now"}), "certificate");
   EXPECT_FALSE(Exists(kDownloaded));

@@ -103,8 +103,10 @@ bool IsServerTrusted(CURL* handle) noexcept {
     const Certificate certificate = ServerCertificate(handle);
     if (!certificate) return false;
     const Chain chain = ChainOf(certificate);
+    // The policy alone may overlook an authority that is missing.
+    if (!chain || chain->TrustStatus.dwErrorStatus != CERT_TRUST_NO_ERROR) return false;
     std::wstring name = ServerName(handle);
-    return chain && !name.empty() && IsTrustedFor(chain, std::move(name));
+    return !name.empty() && IsTrustedFor(chain, std::move(name));
   } catch (...) {
     return false;
   }

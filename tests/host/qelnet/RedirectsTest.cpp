@@ -80,7 +80,7 @@ TEST_F(Redirects, ALoopEndsAfterElevenRequests) {
 
 TEST_F(Redirects, FromHttpToHttpsIsFollowed) {
   const LoopbackServer encrypted(
-      mAuthority.Issue("IP:127.0.0.1"),
+      mAuthority.Issue("DNS:localhost"),
       LoopbackServer::Answering([](const std::string&) { return HttpAnswer("200 OK", "safe"); }));
   const LoopbackServer plain(LoopbackServer::Answering(
       [&](const std::string&) { return HttpRedirect("301 Moved Permanently", encrypted.Url("/")); }));
@@ -93,7 +93,7 @@ TEST_F(Redirects, FromHttpsToHttpIsRefused) {
     ++requests;
     return HttpAnswer("200 OK", "unsafe");
   }));
-  const LoopbackServer encrypted(mAuthority.Issue("IP:127.0.0.1"),
+  const LoopbackServer encrypted(mAuthority.Issue("DNS:localhost"),
                                  LoopbackServer::Answering([&](const std::string&) {
                                    return HttpRedirect("302 Found", plain.Url("/"));
                                  }));

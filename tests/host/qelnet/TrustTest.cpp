@@ -49,7 +49,7 @@ class Trust : public testsupport::NetTest {
 TEST_F(Trust, AServerOfATrustedAuthorityIsAsked) {
   TrustAuthority(mAuthority);
   const LoopbackServer server(
-      mAuthority.Issue("IP:127.0.0.1"),
+      mAuthority.Issue("DNS:localhost"),
       LoopbackServer::Answering([](const std::string& path) { return HttpAnswer("200 OK", path); }));
   const auto answer = Fetch(server.Url("/good"));
   EXPECT_EQ(answer.mStatus, 200);
@@ -58,12 +58,12 @@ TEST_F(Trust, AServerOfATrustedAuthorityIsAsked) {
 }
 
 TEST_F(Trust, AnAuthorityThatTheSystemDoesNotKnowIsRefused) {
-  ExpectRefused(mAuthority.Issue("IP:127.0.0.1"));
+  ExpectRefused(mAuthority.Issue("DNS:localhost"));
 }
 
 TEST_F(Trust, AnotherAuthorityOfTheSameNameIsRefused) {
   TrustAuthority(CertificateAuthority());
-  ExpectRefused(mAuthority.Issue("IP:127.0.0.1"));
+  ExpectRefused(mAuthority.Issue("DNS:localhost"));
 }
 
 TEST_F(Trust, AnotherHostsCertificateIsRefused) {
@@ -73,12 +73,12 @@ TEST_F(Trust, AnotherHostsCertificateIsRefused) {
 
 TEST_F(Trust, ACertificateThatHasEndedIsRefused) {
   TrustAuthority(mAuthority);
-  ExpectRefused(mAuthority.Issue("IP:127.0.0.1", std::chrono::minutes(-1)));
+  ExpectRefused(mAuthority.Issue("DNS:localhost", std::chrono::minutes(-1)));
 }
 
 TEST_F(Trust, AFileOfAuthoritiesThatIsMissingTrustsNobody) {
   qelnet::host::SetOptions({.mCertificateAuthorities = (mDirectory.Path() / "missing.pem").string()});
-  ExpectRefused(mAuthority.Issue("IP:127.0.0.1"));
+  ExpectRefused(mAuthority.Issue("DNS:localhost"));
 }
 
 TEST_F(Trust, APlainServerIsNoEncryptedOne) {
@@ -93,7 +93,7 @@ TEST_F(Trust, APlainServerIsNoEncryptedOne) {
 
 TEST_F(Trust, AConnectionThatBreaksOffGivesNothing) {
   TrustAuthority(mAuthority);
-  const LoopbackServer server(mAuthority.Issue("IP:127.0.0.1"), [](ServerConnection& connection) {
+  const LoopbackServer server(mAuthority.Issue("DNS:localhost"), [](ServerConnection& connection) {
     (void)connection.ReadRequest();
     connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nfive ");
     connection.Reset();
@@ -107,7 +107,7 @@ TEST_F(Trust, AKeptConnectionThatBreaksOffDoesNotEndTheProcess) {
   TrustAuthority(mAuthority);
   Gate mayBreak;
   Gate isBroken;
-  const LoopbackServer server(mAuthority.Issue("IP:127.0.0.1"), [&](ServerConnection& connection) {
+  const LoopbackServer server(mAuthority.Issue("DNS:localhost"), [&](ServerConnection& connection) {
     const std::string request = connection.ReadRequest();
     connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
     if (!request.starts_with("GET /first ")) return;
@@ -128,7 +128,7 @@ TEST_F(Trust, AKeptConnectionThatBreaksOffDoesNotDisturbTheShutdown) {
   TrustAuthority(mAuthority);
   Gate mayBreak;
   Gate isBroken;
-  const LoopbackServer server(mAuthority.Issue("IP:127.0.0.1"), [&](ServerConnection& connection) {
+  const LoopbackServer server(mAuthority.Issue("DNS:localhost"), [&](ServerConnection& connection) {
     (void)connection.ReadRequest();
     connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
     mayBreak.Wait();

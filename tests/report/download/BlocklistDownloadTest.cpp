@@ -110,8 +110,8 @@ TEST_F(BlocklistDownloadTest, ATrustedServerIsReadAndAnotherIsNot) {
   const testsupport::CertificateAuthority other;
   const std::string trusted = mHost.Files().Write("authority.pem", authority.AsPem()).string();
   qelnet::host::SetOptions({.mCertificateAuthorities = trusted});
-  const LoopbackServer good(authority.Issue("IP:127.0.0.1"), Always(HttpAnswer("200 OK", GoodBlocklist())));
-  const LoopbackServer bad(other.Issue("IP:127.0.0.1"), Always(HttpAnswer("200 OK", GoodBlocklist("bad"))));
+  const LoopbackServer good(authority.Issue("DNS:localhost"), Always(HttpAnswer("200 OK", GoodBlocklist())));
+  const LoopbackServer bad(other.Issue("DNS:localhost"), Always(HttpAnswer("200 OK", GoodBlocklist("bad"))));
   static_cast<void>(DownloadBlocklistNow(good.Url("/x"), Callback()));
   EXPECT_EQ(mResults.WaitFor(1).back(), DownloadResult::DownloadSucceeded);
   static_cast<void>(DownloadBlocklistNow(bad.Url("/x"), Callback()));

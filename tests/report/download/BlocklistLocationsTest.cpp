@@ -186,7 +186,7 @@ TEST_F(BlocklistLocationsTest, ADirectoryThatCannotBeMadeLeavesNoFile) {
     mHost.mExceptionTexts.clear();
     std::filesystem::remove_all(mHost.Preferences() / "SystemCompatibilityReport");
     qelcore::host::SetFileOperationHook([name](FileOperation operation, const std::string& path) {
-      if (operation == FileOperation::kCreateDirectory && path.ends_with(std::string("/") + name)) {
+      if (operation == FileOperation::kCreateDirectory && testsupport::PathFrom(path).filename() == name) {
         throw std::runtime_error("no room");
       }
     });

@@ -93,7 +93,7 @@ LoopbackServer::ConnectionHandler LoopbackServer::Answering(Answerer answerer) {
 }
 
 std::string LoopbackServer::Url(std::string_view path) const {
-  return (mTls ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(mPort) + std::string(path);
+  return (mTls ? "https://localhost:" : "http://127.0.0.1:") + std::to_string(mPort) + std::string(path);
 }
 
 std::string HttpAnswer(std::string_view status, std::string_view body, std::string_view moreHeaders) {

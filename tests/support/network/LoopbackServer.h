@@ -40,7 +40,8 @@ class LoopbackServer {
   /// A handler that reads one request and answers it.
   [[nodiscard]] static ConnectionHandler Answering(Answerer answerer);
 
-  /// "http://127.0.0.1:PORT" and the path, or https.
+  /// "http://127.0.0.1:PORT" and the path, or "https://localhost:PORT", because not every system finds an
+  /// address in a certificate.
   [[nodiscard]] std::string Url(std::string_view path) const;
   [[nodiscard]] int Port() const { return mPort; }
 
