@@ -41,10 +41,14 @@ class QELCORE_EXPORT ConfigurationParameters {
 
 /// A static object that asks for the parameters: the callback runs once when the host starts the process, or
 /// at once when it already did. Static objects of one module are called in the order of their construction.
+/// One that is destroyed before, because its module is unloaded, is not called.
 class QELCORE_EXPORT ProcessBeginEndNotificationRegistrar {
  public:
   explicit ProcessBeginEndNotificationRegistrar(
       std::function<void(const ConfigurationParameters&)> onProcessBegin);
+  ~ProcessBeginEndNotificationRegistrar();
+  ProcessBeginEndNotificationRegistrar(const ProcessBeginEndNotificationRegistrar&) = delete;
+  ProcessBeginEndNotificationRegistrar& operator=(const ProcessBeginEndNotificationRegistrar&) = delete;
 };
 
 // ---- Initializers -----------------------------------------------------------------------------------------
@@ -55,12 +59,16 @@ enum class EInitializerContextFlags : std::uint32_t {
 };
 
 /// A static object that names a piece of start-up work. The host runs each one once, after those that it
-/// depends on; one that returns false has failed, and those that depend on it do not run.
+/// depends on; one that returns false has failed, and those that depend on it do not run. One that is
+/// destroyed before, because its module is unloaded, does not run and is not known.
 class QELCORE_EXPORT InitializerRegistrar {
  public:
   InitializerRegistrar(std::string name, std::function<bool()> initialize,
                        std::vector<std::string> dependencies,
                        EInitializerContextFlags flags = EInitializerContextFlags::kDefault);
+  ~InitializerRegistrar();
+  InitializerRegistrar(const InitializerRegistrar&) = delete;
+  InitializerRegistrar& operator=(const InitializerRegistrar&) = delete;
 };
 
 // ---- Termination ------------------------------------------------------------------------------------------

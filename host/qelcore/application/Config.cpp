@@ -21,7 +21,14 @@ constexpr int kErrorLevel = 1;
 using config::ConfigurationParameters;
 using ParametersCallback = std::function<void(const ConfigurationParameters&)>;
 
+/// The registrar is remembered so that its end can take back what did not run yet.
+struct ParametersRequest {
+  const void* mRegistrar = nullptr;
+  ParametersCallback mCallback;
+};
+
 struct Initializer {
+  const void* mRegistrar = nullptr;
   std::string mName;
   std::function<bool()> mInitialize;
   std::vector<std::string> mDependencies;
@@ -40,7 +47,7 @@ struct Registrations {
   bool mHasBegun = false;
   bool mIsInitializing = false;
   ConfigurationParameters mParameters;
-  std::vector<ParametersCallback> mParametersCallbacks;
+  std::vector<ParametersRequest> mParametersRequests;
   std::vector<Initializer> mInitializers;
   std::set<std::string, std::less<>> mSucceeded;
   std::set<std::string, std::less<>> mFailed;
@@ -232,8 +239,15 @@ ProcessBeginEndNotificationRegistrar::ProcessBeginEndNotificationRegistrar(
   if (registrations.mHasBegun) {
     Deliver(onProcessBegin, registrations.mParameters);
   } else {
-    registrations.mParametersCallbacks.push_back(std::move(onProcessBegin));
+    registrations.mParametersRequests.push_back({this, std::move(onProcessBegin)});
   }
+}
+
+ProcessBeginEndNotificationRegistrar::~ProcessBeginEndNotificationRegistrar() {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  std::erase_if(registrations.mParametersRequests,
+                [&](const ParametersRequest& request) { return request.mRegistrar == this; });
 }
 
 InitializerRegistrar::InitializerRegistrar(std::string name, std::function<bool()> initialize,
@@ -241,13 +255,21 @@ InitializerRegistrar::InitializerRegistrar(std::string name, std::function<bool(
                                            EInitializerContextFlags /*flags*/) {
   Registrations& registrations = TheRegistrations();
   const std::lock_guard lock(registrations.mMutex);
-  registrations.mInitializers.push_back({.mName = std::move(name),
+  registrations.mInitializers.push_back({.mRegistrar = this,
+                                         .mName = std::move(name),
                                          .mInitialize = std::move(initialize),
                                          .mDependencies = std::move(dependencies)});
   // A module that is loaded later still gets its initializers run, as soon as what they depend on is there.
   if (registrations.mHasBegun) {
     RunInitializers(registrations);
   }
+}
+
+InitializerRegistrar::~InitializerRegistrar() {
+  Registrations& registrations = TheRegistrations();
+  const std::lock_guard lock(registrations.mMutex);
+  std::erase_if(registrations.mInitializers,
+                [&](const Initializer& initializer) { return initializer.mRegistrar == this; });
 }
 
 void AddTerminationForSingleton(std::function<void()> action, std::string name) {
@@ -266,8 +288,8 @@ bool BeginProcess() {
   if (!registrations.mHasBegun) {
     registrations.mHasBegun = true;
     registrations.mParameters = MakeParameters();
-    for (const ParametersCallback& callback : std::exchange(registrations.mParametersCallbacks, {})) {
-      Deliver(callback, registrations.mParameters);
+    for (const ParametersRequest& request : std::exchange(registrations.mParametersRequests, {})) {
+      Deliver(request.mCallback, registrations.mParameters);
     }
   }
   const bool haveAllSucceeded = RunInitializers(registrations);

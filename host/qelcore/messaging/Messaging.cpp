@@ -32,17 +32,10 @@ Listeners& TheListeners() {
   return listeners;
 }
 
-/// Dropping an entry destroys no listener, because it holds a weak reference; so it may happen under the
-/// lock.
-void DropReleased(std::vector<Entry>& entries) {
-  std::erase_if(entries, [](const Entry& entry) { return entry.mListener.expired(); });
-}
-
 std::vector<std::weak_ptr<IMessageListener>> ListenersFor(const StationID& station, MessageID messageID) {
   Listeners& listeners = TheListeners();
   std::vector<std::weak_ptr<IMessageListener>> found;
   const std::lock_guard lock(listeners.mMutex);
-  DropReleased(listeners.mEntries);
   for (const Entry& entry : listeners.mEntries) {
     if (entry.mMessageID == messageID && entry.mStation == station) {
       found.push_back(entry.mListener);
@@ -67,7 +60,14 @@ MessageID HashMessageTypeNameToMessageID(std::string_view typeName) {
 }
 
 Message::~Message() = default;
-IMessageListener::~IMessageListener() = default;
+
+// At once and not with the next message: the module that made the listener may be gone by then, and with it
+// the code that frees what a weak reference leaves.
+IMessageListener::~IMessageListener() {
+  Listeners& listeners = TheListeners();
+  const std::lock_guard lock(listeners.mMutex);
+  std::erase_if(listeners.mEntries, [this](const Entry& entry) { return entry.mAddress == this; });
+}
 
 void AddListener(const std::shared_ptr<IMessageListener>& listener) {
   if (!listener) {
@@ -77,7 +77,6 @@ void AddListener(const std::shared_ptr<IMessageListener>& listener) {
   Entry added{listener->GetStationID(), listener->GetMessageID(), listener.get(), listener};
   Listeners& listeners = TheListeners();
   const std::lock_guard lock(listeners.mMutex);
-  DropReleased(listeners.mEntries);
   const bool isKnown = std::any_of(listeners.mEntries.begin(), listeners.mEntries.end(),
                                    [&added](const Entry& entry) { return entry.mAddress == added.mAddress; });
   if (!isKnown) {

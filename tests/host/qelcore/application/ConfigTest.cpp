@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -97,6 +98,18 @@ TEST_F(ProcessLife, ACallbackThatThrowsDoesNotKeepTheOthers) {
   EXPECT_TRUE(BeginProcess());
   EXPECT_EQ(Ran().back(), "after");
   EXPECT_TRUE(WasTraced("from a callback"));
+}
+
+TEST_F(ProcessLife, WhatItsModuleTookAwayDoesNotRun) {
+  {
+    const ProcessBeginEndNotificationRegistrar gone(
+        [](const ConfigurationParameters&) { Ran().push_back("gone"); });
+    const InitializerRegistrar unloaded("unloaded", Note("unloaded"), {});
+  }
+  const InitializerRegistrar dependent("dependent", Note("dependent"), {"unloaded"});
+  EXPECT_FALSE(BeginProcess());
+  EXPECT_EQ(Ran(), (Texts{"first none.none", "second"}));
+  EXPECT_TRUE(WasTraced("\"unloaded\", which it depends on, is not known."));
 }
 
 TEST(ConfigurationParameters, AnIntegerIsFoundWhenItIsOne) {
@@ -198,7 +211,7 @@ TEST_F(ProcessLife, AnInitializerMayRegisterAnother) {
   const InitializerRegistrar a("a",
                                [] {
                                  Ran().push_back("a");
-                                 const InitializerRegistrar inner("inner", Note("inner"), {"a"});
+                                 static const InitializerRegistrar inner("inner", Note("inner"), {"a"});
                                  return true;
                                },
                                {});
@@ -243,7 +256,9 @@ TEST_F(ProcessLife, ACircleOfLateInitializersIsNamed) {
 TEST_F(ProcessLife, WhatAnInitializerRegistersMayWaitForItsEnd) {
   const auto registersAnother = [](const std::string& name) {
     return [name] {
-      const InitializerRegistrar inner("inner " + name, Note("inner " + name), {name});
+      static std::vector<std::unique_ptr<InitializerRegistrar>> inner;
+      inner.push_back(std::make_unique<InitializerRegistrar>("inner " + name, Note("inner " + name),
+                                                             std::vector<std::string>{name}));
       return true;
     };
   };
