@@ -193,8 +193,8 @@ TEST_F(TreeTest, TenThousandRowsAreShownFromTheTop) {
     const auto isSeen = [&](std::size_t row) {
       return mNative->GetMainWindow()->GetClientRect().Intersects(mNative->GetItemRect(Below()[row]));
     };
-    MoveCursorTo(Below()[0]);
-    PressKey(WXK_END);
+    // By the program: the system's tree does not follow the End key while it still measures its rows.
+    mNative->EnsureVisible(Below()[9999]);
     EXPECT_TRUE(WaitUntil([&] { return isSeen(9999); }));
     mDialog.mTree->ScrollToTop();
     EXPECT_TRUE(WaitUntil([&] { return isSeen(0) && !isSeen(9999); }));
