@@ -47,6 +47,13 @@ bool IsRepeat(char sign) {
 bool IsHarmless(std::string_view expression, std::string_view text) {
   if (expression.size() > 24 || text.size() > 8 || expression.find('{') != std::string_view::npos)
     return false;
+  // Deeper nesting of look-aheads is refused.
+  std::size_t lookAheads = 0;
+  for (std::size_t place = 0; place + 2 < expression.size(); ++place) {
+    const std::string_view opening = expression.substr(place, 3);
+    if (opening == "(?=" || opening == "(?!") ++lookAheads;
+  }
+  if (lookAheads > 2) return false;
   const auto repeats = std::count_if(expression.begin(), expression.end(), IsRepeat);
   if (repeats > 4) return false;
   for (std::size_t place = 0; place + 1 < expression.size(); ++place) {

@@ -114,6 +114,22 @@ windows::DeviceRecord RecordOf(const Members& members) {
   return record;
 }
 
+bool IsOfWord(char sign) {
+  return (sign >= '0' && sign <= '9') || (sign >= 'A' && sign <= 'Z') || (sign >= 'a' && sign <= 'z') ||
+         static_cast<unsigned char>(sign) >= 0x80;
+}
+
+/// Whether the word stands in the text, no part of a longer one.
+bool HoldsWord(std::string_view text, std::string_view word) {
+  for (std::size_t place = text.find(word); place != std::string_view::npos;
+       place = text.find(word, place + 1)) {
+    const std::size_t end = place + word.size();
+    if ((place == 0 || !IsOfWord(text[place - 1])) && (end == text.size() || !IsOfWord(text[end])))
+      return true;
+  }
+  return false;
+}
+
 class GivenDevices : public windows::DeviceSource {
  public:
   explicit GivenDevices(const Members& members) {
@@ -210,7 +226,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::RequireEqualComponents(components, windows::ReadMachine(devices, facts, names, std::nullopt));
   for (const auto& component : components) {
     if (component->GetType() == qelcore::utility::OSComponentType::kProperty) continue;
-    Require(component->GetName().find("ANNAS-PC") == std::string::npos, "no name holds the machine's");
+    Require(!HoldsWord(component->GetName(), "ANNAS-PC"), "no name holds the machine's");
+    Require(!HoldsWord(component->GetName(), "anna"), "no name holds the user's");
   }
   return 0;
 }
