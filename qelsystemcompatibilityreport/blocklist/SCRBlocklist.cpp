@@ -60,8 +60,10 @@ void SCRBlocklist::Read(const std::string& json) {
   json::ParseError error;
   const std::any root = json::Parse(json, &error);
   if (!root.has_value()) {
-    throw std::runtime_error("the blocklist is not JSON, line " + std::to_string(error.mLine) + ", column " +
-                             std::to_string(error.mColumn) + ": " + error.mMessage);
+    const std::string place = error.mLine == 0 ? std::string()
+                                               : ", line " + std::to_string(error.mLine) + ", column " +
+                                                     std::to_string(error.mColumn);
+    throw std::runtime_error("the blocklist is not JSON" + place + ": " + error.mMessage);
   }
   const json::Dictionary& document = json::AsDictionary(root);
 

@@ -15,6 +15,12 @@ namespace {
 namespace ondemand = simdjson::ondemand;
 
 constexpr int kDeepestLevel = 256;
+
+// A value takes up to a hundred times its text in memory, so both are bounded. A blocklist of 100,000 rules
+// has about 22 MB and a million values.
+constexpr std::size_t kLongestText = 67'108'864;
+constexpr std::size_t kMostValues = 2'097'152;
+
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kWhiteSpace = " \t\n\r";
 
@@ -121,6 +127,9 @@ class Reader {
   bool ReadValue(ondemand::value value, int level, std::any& result) {
     ondemand::json_type type{};
     const char* const place = value.raw_json_token().data();
+    if (++mValueCount > kMostValues) {
+      return Fail("The text holds too many values.", place);
+    }
     if (const auto code = value.type().get(type); code != simdjson::SUCCESS) {
       return Fail(code, place);
     }
@@ -259,6 +268,7 @@ class Reader {
   std::string_view mText;
   simdjson::padded_string mPadded;
   ondemand::parser mParser;
+  std::size_t mValueCount = 1;  ///< the whole text's value is the first
   std::string mMessage;
   std::optional<std::size_t> mPlace;
 };
@@ -279,6 +289,12 @@ ParseError Describe(std::string_view text, const std::string& message, std::opti
 std::any Parse(std::string_view text, ParseError* error) {
   if (text.starts_with(kByteOrderMark)) {
     text.remove_prefix(kByteOrderMark.size());
+  }
+  if (text.size() > kLongestText) {
+    if (error != nullptr) {
+      *error = Describe(text, MessageFor(simdjson::CAPACITY), std::nullopt);
+    }
+    return {};
   }
   Reader reader(text);
   std::any result = reader.Read();
