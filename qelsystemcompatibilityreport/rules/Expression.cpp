@@ -51,6 +51,8 @@ class Measured {
   void RequireWithinBounds(const std::string& text) const {
     Require(mExpression.size(), Bounds::kMostBytes, "its length is");
     const ExpressionSize size = MeasureExpression(mExpression);
+    // The engine refuses it as well, but computes the number first, which may be beyond all numbers.
+    if (size.mHasBackReference) Refuse("too complex: it refers back to a group");
     Require(size.mGroupDepth, Bounds::kDeepestGroups, "its groups are nested");
     Require(size.mLookAheadDepth, Bounds::kDeepestLookAheads, "its look-aheads are nested");
     Require(size.mExpandedCharacters, Bounds::kMostExpandedCharacters,
