@@ -49,11 +49,11 @@ struct Plan {
     const std::string fail = Variable("FILE_FAULTS_FAIL");
     if (!fail.empty()) {
       mFailsChanges = fail[0] == 'w';
-      mFailAt = std::atol(fail.c_str());
+      mFailAt = std::strtol(fail.c_str(), nullptr, 10);
       mFailsFromThen = fail.find('+') != std::string::npos;
-      mError = std::atoi(fail.c_str() + fail.find(' '));
+      mError = static_cast<int>(std::strtol(fail.c_str() + fail.find(' '), nullptr, 10));
     }
-    mKillAt = std::atol(Variable("FILE_FAULTS_KILL").c_str());
+    mKillAt = std::strtol(Variable("FILE_FAULTS_KILL").c_str(), nullptr, 10);
   }
 
   static const Plan& Instance() {

@@ -13,6 +13,7 @@
 #include <memory>
 #include <ostream>
 #include <set>
+#include <utility>
 
 #include "host/qelcore/HostSetup.h"
 #include "host/qelscripting/HostSetup.h"
@@ -62,7 +63,8 @@ class Answer final : public qelnet::Response {
 /// A server that answers at once, in place of the platform's own.
 bool AnswerAtOnce(const qelcore::Guid&, qelnet::Completion completion, const qelcore::ImmutableString&,
                   const qelnet::Headers&, const qelnet::Configuration&) {
-  completion(Answer());
+  const qelnet::Completion complete = std::move(completion);
+  complete(Answer());
   return true;
 }
 

@@ -160,6 +160,7 @@ TEST_F(Shutdown, FromManyThreadsWhileOthersAsk) {
       LoopbackServer::Answering([](const std::string& path) { return HttpAnswer("200 OK", path); }));
   std::atomic<std::size_t> accepted{0};
   std::vector<std::thread> threads;
+  threads.reserve(7);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&] {
       // At most so many at once: the server has a thread for each.
