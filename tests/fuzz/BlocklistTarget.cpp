@@ -87,6 +87,7 @@ using Finding =
 
 std::vector<Finding> FindingsOf(const std::vector<SCRIssue>& issues) {
   std::vector<Finding> findings;
+  findings.reserve(issues.size());
   for (const SCRIssue& issue : issues) {
     findings.emplace_back(SCRRule::ErrorLevelToString(issue.GetErrorLevel()),
                           qelcore::utility::ComponentTypeToString(issue.GetType()), issue.GetName(),

@@ -142,13 +142,12 @@ void MutateObject(json::Dictionary& object, std::any& root, Random& random) {
 /// Changes one value of the tree.
 void MutateTree(std::any& root, Random& random) {
   std::any& node = AnyNode(root, random);
-  if (Below(random, 8) == 0) {
-    node = AnyAtom(random);
-  } else if (auto* const text = std::any_cast<std::string>(&node)) {
+  const bool isReplaced = Below(random, 8) == 0;
+  if (auto* const text = std::any_cast<std::string>(&node); text != nullptr && !isReplaced) {
     MutateText(*text, random);
-  } else if (auto* const array = std::any_cast<json::Array>(&node)) {
+  } else if (auto* const array = std::any_cast<json::Array>(&node); array != nullptr && !isReplaced) {
     MutateArray(*array, root, random);
-  } else if (auto* const object = std::any_cast<json::Dictionary>(&node)) {
+  } else if (auto* const object = std::any_cast<json::Dictionary>(&node); object != nullptr && !isReplaced) {
     MutateObject(*object, root, random);
   } else {
     node = AnyAtom(random);
@@ -163,7 +162,7 @@ std::any ParseBytes(const std::uint8_t* data, std::size_t size) {
 std::size_t Write(const std::any& root, std::uint8_t* data, std::size_t mostBytes) {
   const std::string text = json::Serialise(root);
   if (text.size() > mostBytes) return 0;
-  std::memcpy(data, text.data(), text.size());
+  std::copy(text.begin(), text.end(), data);
   return text.size();
 }
 
