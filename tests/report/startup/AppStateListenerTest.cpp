@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include <barrier>
+#include <atomic>
 #include <thread>
 
 #include "host/qelcore/HostSetup.h"
@@ -59,9 +59,9 @@ TEST_F(AppStateListenerTest, TheEndOfStartUpFromInsideItself) {
 TEST_F(AppStateListenerTest, TheEndOfStartUpFromTwoThreadsAtOnce) {
   for (std::size_t round = 1; round <= 200; ++round) {
     qelsystemcompatibilityreport::ReplaceAppStateListener();
-    std::barrier start(2);
+    std::atomic<int> ready = 0;
     const auto send = [&] {
-      start.arrive_and_wait();
+      for (++ready; ready != 2;) std::this_thread::yield();
       SetAppState(AppState::kPostStartup);
     };
     std::thread other(send);
