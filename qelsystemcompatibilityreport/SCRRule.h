@@ -53,6 +53,8 @@ using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentRegistry;
 using qelcore::utility::OSComponentType;
 
+class Candidates;
+
 /// How grave an issue is. The numbers are hashed and reported: do not renumber.
 enum class SCRRuleErrorLevel : std::int32_t { INFO = 0, WARN = 1, ERROR = 2, FATAL = 3 };
 
@@ -195,6 +197,10 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   friend class SCRBlocklist;
   class MatchingRun;
 
+  /// `FindMatchingOSComponents` on components that were prepared for many rules.
+  [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(
+      Candidates& candidates) const;
+
   /// Takes the given message when the rule has none, and, only in that case, also the given link when the
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
@@ -205,8 +211,7 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
   [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
-  // These throw when an expression is malformed.
-  [[nodiscard]] bool MatchesName(const OSComponent& component) const;
+  // These two throw when an expression is malformed.
   [[nodiscard]] bool MatchesProperty(const OSComponent& component) const;
   [[nodiscard]] bool SatisfiesComparisons(const std::string& value) const;
 
