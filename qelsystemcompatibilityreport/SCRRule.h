@@ -40,6 +40,7 @@
 
 #include "platform/qelcore/Components.h"
 #include "platform/qelcore/Json.h"
+#include "platform/qelcore/JsonView.h"
 #include "qelsystemcompatibilityreport/Export.h"
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
@@ -197,6 +198,12 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   friend class SCRBlocklist;
   class MatchingRun;
 
+  /// Reads the JSON form of a value in memory or of a text as `FromJSON` does; fields are empty before.
+  /// Throws `TypeError` where that logs. Where a dependency cannot be read, `keepBrokenDependencies` says
+  /// whether it is logged and kept as one that matches nothing, or false is returned.
+  [[nodiscard]] bool ReadFields(const qelcore::json::View& value, bool keepBrokenDependencies);
+  [[nodiscard]] bool ReadLogging(const qelcore::json::View& value);
+
   /// `FindMatchingOSComponents` on components that were prepared for many rules.
   [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(
       Candidates& candidates) const;
@@ -205,9 +212,9 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
 
-  void DeserializeVersionFieldsFromJSON(const qelcore::json::Dictionary& object);
+  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& object);
   // The name is misspelt and stays so.
-  void DeserializeProprtyFieldsFromJSON(const qelcore::json::Dictionary& object);
+  void DeserializeProprtyFieldsFromJSON(const qelcore::json::View& object);
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
   [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
