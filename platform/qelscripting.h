@@ -160,10 +160,18 @@ class QELSCRIPTING_EXPORT ScriptObjectDefinitionInitiatorBase {
   virtual void Define() = 0;
 };
 
-/// A static object that leaves an initiator with the scripting library.
+/// A static object that leaves an initiator with the scripting library. With its end, such as when its
+/// library is unloaded, the initiator is not asked any more, and the definitions that it added are taken
+/// back.
 class QELSCRIPTING_EXPORT ScriptObjectDefinitionRegistrar {
  public:
   explicit ScriptObjectDefinitionRegistrar(std::unique_ptr<ScriptObjectDefinitionInitiatorBase> initiator);
+  ~ScriptObjectDefinitionRegistrar();
+  ScriptObjectDefinitionRegistrar(const ScriptObjectDefinitionRegistrar&) = delete;
+  ScriptObjectDefinitionRegistrar& operator=(const ScriptObjectDefinitionRegistrar&) = delete;
+
+ private:
+  std::unique_ptr<ScriptObjectDefinitionInitiatorBase> mInitiator;
 };
 
 }  // namespace qelscripting

@@ -12,17 +12,25 @@ namespace qelscripting {
 
 namespace {
 
-using Initiators = std::vector<std::unique_ptr<ScriptObjectDefinitionInitiatorBase>>;
+using Initiators = std::vector<ScriptObjectDefinitionInitiatorBase*>;
+
+struct KnownDefinition {
+  std::shared_ptr<ScriptObjectDefinition> mDefinition;
+  /// Who added it, or null when no initiator was asked.
+  const ScriptObjectDefinitionInitiatorBase* mInitiator = nullptr;
+};
 
 struct Store {
   Initiators mWaiting;
-  ClassDefinitions mDefinitions;
+  const ScriptObjectDefinitionInitiatorBase* mAsked = nullptr;
+  std::vector<KnownDefinition> mDefinitions;
   std::map<std::string, ScriptComponentGroups, std::less<>> mComponentGroups;
 };
 
 Store& TheStore() {
-  // Registrars are static objects of many modules, so this is there before any of them and outlives them all.
-  static Store& store = *new Store;
+  // Registrars are static objects of many modules. Each asks for this while it is made, so it outlives them
+  // all.
+  static Store store;
   return store;
 }
 
@@ -89,35 +97,50 @@ void ScriptDefinitions::AddObjectDefinition(std::shared_ptr<ScriptObjectDefiniti
   }
   auto& definitions = TheStore().mDefinitions;
   const auto place = std::find_if(definitions.begin(), definitions.end(), [&](const auto& known) {
-    return known->GetClassName() == definition->GetClassName();
+    return known.mDefinition->GetClassName() == definition->GetClassName();
   });
+  KnownDefinition known{std::move(definition), TheStore().mAsked};
   if (place != definitions.end()) {
-    *place = std::move(definition);
+    *place = std::move(known);
   } else {
-    definitions.push_back(std::move(definition));
+    definitions.push_back(std::move(known));
   }
 }
 
 ScriptObjectDefinitionInitiatorBase::~ScriptObjectDefinitionInitiatorBase() = default;
 
 ScriptObjectDefinitionRegistrar::ScriptObjectDefinitionRegistrar(
-    std::unique_ptr<ScriptObjectDefinitionInitiatorBase> initiator) {
-  TheStore().mWaiting.push_back(std::move(initiator));
+    std::unique_ptr<ScriptObjectDefinitionInitiatorBase> initiator)
+    : mInitiator(std::move(initiator)) {
+  TheStore().mWaiting.push_back(mInitiator.get());
+}
+
+ScriptObjectDefinitionRegistrar::~ScriptObjectDefinitionRegistrar() {
+  Store& store = TheStore();
+  std::erase(store.mWaiting, mInitiator.get());
+  std::erase_if(store.mDefinitions,
+                [&](const KnownDefinition& known) { return known.mInitiator == mInitiator.get(); });
 }
 
 ClassDefinitions AllClassDefinitions() {
-  // Taken out first, because an initiator may load a module that leaves further ones.
-  while (!TheStore().mWaiting.empty()) {
-    for (const auto& initiator : std::exchange(TheStore().mWaiting, Initiators())) {
-      try {
-        initiator->Define();
-      } catch (...) {
-        qelcore::LogException(std::current_exception(),
-                              "qelscripting::ScriptObjectDefinitionInitiatorBase::Define");
-      }
+  Store& store = TheStore();
+  // One by one, because an initiator may load a module that leaves further ones.
+  while (!store.mWaiting.empty()) {
+    ScriptObjectDefinitionInitiatorBase* const initiator = store.mWaiting.front();
+    store.mWaiting.erase(store.mWaiting.begin());
+    const auto* const previous = std::exchange(store.mAsked, initiator);
+    try {
+      initiator->Define();
+    } catch (...) {
+      qelcore::LogException(std::current_exception(),
+                            "qelscripting::ScriptObjectDefinitionInitiatorBase::Define");
     }
+    store.mAsked = previous;
   }
-  return TheStore().mDefinitions;
+  ClassDefinitions definitions;
+  definitions.reserve(store.mDefinitions.size());
+  for (const KnownDefinition& known : store.mDefinitions) definitions.push_back(known.mDefinition);
+  return definitions;
 }
 
 void host::SetScriptComponentGroups(std::string className, ScriptComponentGroups groups) {

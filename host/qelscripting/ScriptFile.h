@@ -13,7 +13,7 @@ struct ScriptFile {
 
 /// Reads a script file. Throws `ScriptError`, whose message names the file, when it cannot be read, is
 /// neither a regular file nor one that the process was handed open, or has more than `largestSize` bytes or
-/// 512 MiB; no more than that and one are read.
+/// 64 MiB; no more than that and one are read.
 [[nodiscard]] ScriptFile ReadScriptFile(const std::string& utf8Path, std::size_t largestSize);
 
 }  // namespace qelscripting

@@ -101,7 +101,7 @@ class QELCORE_EXPORT IPlatformByteStream {
   [[nodiscard]] std::uint64_t GetLength() const;
 
   /// Everything from the current place to the end, as it stands. Throws when reading fails, and with
-  /// `std::errc::file_too_large` when there are more than 512 MiB.
+  /// `std::errc::file_too_large` when there are more than 64 MiB.
   [[nodiscard]] std::string ReadAll();
 
  private:

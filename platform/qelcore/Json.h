@@ -55,8 +55,9 @@ struct ParseError {
 
 /// Parses a whole UTF-8 text, one JSON value with optional white space round it. A leading byte-order mark is
 /// skipped. Returns an empty `std::any` when the text is not JSON, is not UTF-8, holds an unpaired surrogate
-/// escape, or is nested deeper than 256 levels; `error`, when given, then says where and why. Never throws
-/// for bad text. Of two members with the same key the later one wins.
+/// escape, is nested deeper than 256 levels, is longer than 64 MiB, or holds more than 2,097,152 values;
+/// `error`, when given, then says where and why. Never throws for bad text. Of two members with the same key
+/// the later one wins.
 [[nodiscard]] QELCORE_EXPORT std::any Parse(std::string_view text, ParseError* error = nullptr);
 
 /// Writes a value compactly as UTF-8: no white space, object keys in sorted order. `Parse` reads it back to

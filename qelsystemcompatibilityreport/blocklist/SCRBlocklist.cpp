@@ -82,6 +82,9 @@ class SCRBlocklist::TextReader : public json::TextVisitor {
       if (json::WalkThroughObject(text, kBlocklist, *this) && mHasVersion) return true;
     } catch (const json::TypeError&) {
       // What is wrong is said by whoever reads the document again.
+    } catch (...) {
+      mBlocklist.Clear();
+      throw;
     }
     mBlocklist.Clear();
     return false;
@@ -128,8 +131,10 @@ void SCRBlocklist::ReadFromDictionary(const std::string& json) {
   json::ParseError error;
   const std::any root = json::Parse(json, &error);
   if (!root.has_value()) {
-    throw std::runtime_error("the blocklist is not JSON, line " + std::to_string(error.mLine) + ", column " +
-                             std::to_string(error.mColumn) + ": " + error.mMessage);
+    const std::string place = error.mLine == 0 ? std::string()
+                                               : ", line " + std::to_string(error.mLine) + ", column " +
+                                                     std::to_string(error.mColumn);
+    throw std::runtime_error("the blocklist is not JSON" + place + ": " + error.mMessage);
   }
   const auto [version, rules, defaults, secondWarning] = json::View(root).Members(kDocumentKeys);
   if (!IsKnownVersion(version)) return;

@@ -12,6 +12,14 @@
 
 namespace qelsystemcompatibilityreport {
 
+/// Logs the exception that is being handled. Where the log itself fails nobody is left to tell.
+inline void LogCaughtException(std::string_view context) noexcept {
+  try {
+    qelcore::LogException(std::current_exception(), context);
+  } catch (...) {
+  }
+}
+
 /// Runs `body`. An exception is logged under `context`, which is "qelsystemcompatibilityreport::" and the
 /// name of the class and function, and goes no further.
 template <typename Body>
@@ -19,7 +27,7 @@ void AtBoundary(std::string_view context, Body&& body) noexcept {
   try {
     std::forward<Body>(body)();
   } catch (...) {
-    qelcore::LogException(std::current_exception(), context);
+    LogCaughtException(context);
   }
 }
 
@@ -29,7 +37,7 @@ template <typename Result, typename Body>
   try {
     return std::forward<Body>(body)();
   } catch (...) {
-    qelcore::LogException(std::current_exception(), context);
+    LogCaughtException(context);
   }
   return fallback;
 }

@@ -62,6 +62,8 @@ ExpressionError::ExpressionError(const std::string& expression, std::regex_const
 Expression::Expression(std::string text) : mText(std::move(text)) {}
 
 void Expression::RequireWithinBounds(std::size_t textLength) const {
+  // The engine refuses it as well, but computes the number first, which may be beyond all numbers.
+  if (mSize.mHasBackReference) Refuse(mText, "too complex: it refers back to a group");
   Require(mText, mSize.mGroupDepth, Bounds::kDeepestGroups, "its groups are nested");
   Require(mText, mSize.mLookAheadDepth, Bounds::kDeepestLookAheads, "its look-aheads are nested");
   Require(mText, mSize.mExpandedCharacters, Bounds::kMostExpandedCharacters,

@@ -101,6 +101,7 @@ class Measurement {
     constexpr std::string_view kClasses = "wWdDsS";
     const std::string_view escaped = mText.substr(std::min(mPlace + 1, mText.size()), 1);
     if (!escaped.empty() && kClasses.find(escaped) != std::string_view::npos) ++mSize.mCharacterClasses;
+    if (!escaped.empty() && escaped != "0" && IsDigit(escaped.front())) mSize.mHasBackReference = true;
     mPlace = std::min(mPlace + 2, mText.size());
     AddAtom(1);
   }

@@ -12,6 +12,7 @@ struct ExpressionSize {
   std::size_t mCharacterClasses = 0;    ///< brackets and escaped classes such as "\\w", as they stand
   std::size_t mGroupDepth = 0;          ///< the deepest nesting of groups, look-aheads included
   std::size_t mLookAheadDepth = 0;      ///< the deepest nesting of look-aheads
+  bool mHasBackReference = false;       ///< outside of brackets, where there is none
 };
 
 /// Measures an ECMAScript expression without compiling it, in one pass and without recursion. A malformed

@@ -177,4 +177,13 @@ TEST_F(CheckVerbTest, CheckPrintsNoTerminalEscapes) {
   EXPECT_NE(result.mOutput.find("        ?[31mred?0m next\n"), std::string::npos) << result.mOutput;
 }
 
+TEST_F(CheckVerbTest, CheckRefusesAFileOf500MB) {
+  const std::string path = Write("large.json", "");
+  // It has that length without taking the room.
+  std::filesystem::resize_file(testsupport::PathFrom(path), 500'000'000);
+  ExpectError(Scr({"check", path}), "large.json: File too large");
+  ExpectError(Scr({"check", Write("list.json", Blocklist("")), "--machine", path}),
+              "large.json: File too large");
+}
+
 }  // namespace

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
-#include "qelsystemcompatibilityreport/common/Boundary.h"
+#include "tests/blocklist/SCRBlocklistTestAccess.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TestHost.h"
 
@@ -16,31 +16,6 @@
 #include "tests/rules/RandomRules.h"
 #include "tests/support/RandomCases.h"
 #endif
-
-namespace qelsystemcompatibilityreport {
-
-struct SCRBlocklistTestAccess {
-  static SCRBlocklist FromDictionary(const std::string& text) {
-    SCRBlocklist blocklist("");
-    blocklist.Clear();
-    AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist",
-               [&] { blocklist.ReadFromDictionary(text); });
-    return blocklist;
-  }
-
-  static bool AreEqual(const SCRBlocklist& left, const SCRBlocklist& right) {
-    for (std::size_t kind = 0; kind < left.mDefaults.size(); ++kind) {
-      if (left.mDefaults[kind].info_message != right.mDefaults[kind].info_message) return false;
-      if (left.mDefaults[kind].info_url != right.mDefaults[kind].info_url) return false;
-    }
-    return left.mDefaults.size() == right.mDefaults.size() && left.mRules == right.mRules &&
-           left.mSecondWarning == right.mSecondWarning;
-  }
-
-  static std::size_t CountRules(const SCRBlocklist& blocklist) { return blocklist.mRules.size(); }
-};
-
-}  // namespace qelsystemcompatibilityreport
 
 namespace {
 
@@ -51,15 +26,8 @@ class BlocklistTextTest : public testing::Test {
  protected:
   /// Reads both ways and says how many rules there are.
   std::size_t ExpectTheSame(const std::string& text) {
-    static_cast<void>(SCRBlocklist(""));
     ForgetLog();
-    const SCRBlocklist byDictionary = [&] {
-      SCRBlocklist blocklist = Access::FromDictionary(text);
-      // The empty text that it began with was logged, too.
-      mHost.mExceptionContexts.erase(mHost.mExceptionContexts.begin());
-      mHost.mExceptionTexts.erase(mHost.mExceptionTexts.begin());
-      return blocklist;
-    }();
+    const SCRBlocklist byDictionary = Access::FromDictionary(text);
     const std::vector<std::string> contexts = mHost.mExceptionContexts;
     const std::vector<std::string> texts = mHost.mExceptionTexts;
     ForgetLog();

@@ -77,4 +77,18 @@ TEST(ExpressionSizeTest, CountsCharacterClasses) {
   }
 }
 
+TEST(ExpressionSizeTest, KnowsBackReferences) {
+  const struct {
+    const char* mExpression;
+    bool mHasBackReference;
+  } rows[] = {
+      {"(a)\\1", true}, {"\\9", true},  {"\\2222222222222222222222222", true},
+      {"(a)1", false},  {"\\0", false}, {"\\\\1", false},
+      {"[\\1]", false}, {"\\", false},  {"", false},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(MeasureExpression(row.mExpression).mHasBackReference, row.mHasBackReference) << row.mExpression;
+  }
+}
+
 }  // namespace

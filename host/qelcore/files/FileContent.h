@@ -9,8 +9,9 @@
 
 namespace qelcore::host {
 
-/// The most that is read of any file: 512 MiB. What never ends would otherwise take all memory.
-inline constexpr std::size_t kLargestContent = 536'870'912;
+/// The most that is read of any file: 64 MiB, the longest text that is parsed and the usual limit of a
+/// download. What never ends would otherwise take all memory.
+inline constexpr std::size_t kLargestContent = 67'108'864;
 
 // Paths are UTF-8. What fails throws `std::system_error`, whose message is the path and the reason; more than
 // `largestSize` bytes are `std::errc::file_too_large`, and no more than that and one are read.

@@ -1,4 +1,7 @@
+#include <chrono>
+#include <filesystem>
 #include <optional>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -14,11 +17,35 @@ namespace qelcore::filesupport {
 
 namespace {
 
+constexpr std::string_view kTemporaryPrefix = ".save-";
+constexpr std::string_view kTemporarySuffix = ".tmp";
+
+/// No save takes so long.
+constexpr std::chrono::hours kLeftoverAge{1};
+
 /// A name that nobody else uses, beside the target, so that the final move stays within one file system.
 std::string TemporaryPathBeside(const std::string& target) {
   const std::u16string directory = host::ParentPath(string::UTF8to16(target));
-  const std::string name = ".save-" + Guid::CreateUnique().AsUTF8String() + ".tmp";
+  std::string name(kTemporaryPrefix);
+  name.append(Guid::CreateUnique().AsUTF8String()).append(kTemporarySuffix);
   return string::UTF16to8(host::JoinPath(directory, string::UTF8to16(name)));
+}
+
+/// Removes what processes that were killed in the middle of a save left beside the file that was just saved.
+/// Ages are told by the files' own times, so that a clock that was set does not count.
+void RemoveLeftoversBeside(const std::filesystem::path& saved) {
+  std::error_code error;
+  const auto now = std::filesystem::last_write_time(saved, error);
+  if (error) return;
+  std::filesystem::directory_iterator entry(saved.parent_path(), error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::u8string name = entry->path().filename().u8string();
+    const std::string_view text(reinterpret_cast<const char*>(name.data()), name.size());
+    if (!text.starts_with(kTemporaryPrefix) || !text.ends_with(kTemporarySuffix)) continue;
+    std::error_code entryError;
+    const auto written = entry->last_write_time(entryError);
+    if (!entryError && now - written > kLeftoverAge) std::filesystem::remove(entry->path(), entryError);
+  }
 }
 
 }  // namespace
@@ -66,6 +93,7 @@ void SafeSave::Commit() {
   host::AnnounceFileOperation(host::FileOperation::kReplace, save.mTarget);
   host::MoveInPlace(save.mTemporary, save.mTarget);
   save.mIsCommitted = true;
+  RemoveLeftoversBeside(std::u8string(save.mTarget.begin(), save.mTarget.end()));
 }
 
 }  // namespace qelcore::filesupport

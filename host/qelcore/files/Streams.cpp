@@ -14,7 +14,6 @@ namespace host {
 
 std::string ReadToEnd(FileHandle& file, const std::string& path, std::size_t largestSize) {
   constexpr std::size_t kSmallestBlock = 65'536;
-  constexpr std::size_t kLargestHint = 67'108'864;
   const auto tooLarge = [&] {
     return std::system_error(std::make_error_code(std::errc::file_too_large), path);
   };
@@ -24,7 +23,7 @@ std::string ReadToEnd(FileHandle& file, const std::string& path, std::size_t lar
   }
   // The length is a hint only: a file may grow while it is read, and some have no length at all. One byte
   // more than there may be is asked for, to see that there is more.
-  const std::size_t hint = static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestHint));
+  const std::size_t hint = static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestContent));
   const std::size_t most = largestSize + 1;
   std::string content;
   // The JSON parser reads a text in place that has a little room behind its end.

@@ -110,6 +110,9 @@ class Reader {
   bool ReadValue(ondemand::value value, int level, std::any& result) {
     ondemand::json_type type{};
     const char* const place = value.raw_json_token().data();
+    if (++mValueCount > kMostValues) {
+      return Fail("The text holds too many values.", place);
+    }
     if (const auto code = value.type().get(type); code != simdjson::SUCCESS) {
       return Fail(code, place);
     }
@@ -248,6 +251,7 @@ class Reader {
   std::string_view mText;
   simdjson::padded_string mPadded;
   ondemand::parser mParser;
+  std::size_t mValueCount = 1;  ///< the whole text's value is the first
   std::string mMessage;
   std::optional<std::size_t> mPlace;
 };
@@ -267,6 +271,12 @@ ParseError Describe(std::string_view text, const std::string& message, std::opti
 
 std::any Parse(std::string_view text, ParseError* error) {
   text = WithoutByteOrderMark(text);
+  if (text.size() > kLongestText) {
+    if (error != nullptr) {
+      *error = Describe(text, MessageFor(simdjson::CAPACITY), std::nullopt);
+    }
+    return {};
+  }
   Reader reader(text);
   std::any result = reader.Read();
   if (!result.has_value() && error != nullptr) {

@@ -1,12 +1,18 @@
 // What the readers of JSON texts have in common.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace qelcore::json {
 
 /// Arrays and objects inside one another.
 inline constexpr int kDeepestLevel = 256;
+
+// A value takes up to a hundred times its text in memory, so both are bounded. A blocklist of 100,000 rules
+// has about 22 MB and a million values.
+inline constexpr std::size_t kLongestText = 67'108'864;
+inline constexpr std::size_t kMostValues = 2'097'152;
 
 inline constexpr std::string_view kWhiteSpace = " \t\n\r";
 

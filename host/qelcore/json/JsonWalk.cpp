@@ -64,9 +64,10 @@ class Walk {
     ondemand::array elements;
     std::size_t count = 0;
     if (value.get_array().get(elements) != simdjson::SUCCESS ||
-        elements.count_elements().get(count) != simdjson::SUCCESS || !mVisitor.OnArray(count)) {
+        elements.count_elements().get(count) != simdjson::SUCCESS) {
       return false;
     }
+    if (++mValueCount + count > kMostValues || !mVisitor.OnArray(count)) return false;
     for (auto next : elements) {
       ondemand::value element;
       mNodes.clear();
@@ -80,6 +81,7 @@ class Walk {
 
   /// Appends the nodes of a value, which stands inside so many arrays and objects.
   bool Read(ondemand::value value, int level, std::string_view key) {
+    if (++mValueCount > kMostValues) return false;
     const std::size_t place = mNodes.size();
     mNodes.emplace_back().mKey = key;
     ondemand::json_type type{};
@@ -166,6 +168,7 @@ class Walk {
   std::string_view mArrayKey;
   TextVisitor& mVisitor;
   ondemand::parser mParser;
+  std::size_t mValueCount = 1;   ///< the whole text's value is the first
   std::vector<TextNode> mNodes;  ///< of the value that is shown
 };
 
@@ -173,6 +176,7 @@ class Walk {
 
 bool WalkThroughObject(const std::string& text, std::string_view arrayKey, TextVisitor& visitor) {
   const std::string_view content = WithoutByteOrderMark(text);
+  if (content.size() > kLongestText) return false;
   const std::size_t room = text.capacity() - text.size();
   if (room >= simdjson::SIMDJSON_PADDING) {
     const simdjson::padded_string_view inPlace(content.data(), content.size(), content.size() + room);

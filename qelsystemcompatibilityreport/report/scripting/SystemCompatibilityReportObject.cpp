@@ -7,6 +7,7 @@
 
 #include "platform/qelcore/Localisation.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+#include "qelsystemcompatibilityreport/common/Boundary.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -18,13 +19,19 @@ using qelscripting::ScriptValue;
 
 namespace {
 
+/// Null after a failure, which the script then reports.
+std::shared_ptr<qelscripting::ScriptObject> MakeObject() {
+  return AtBoundary("qelsystemcompatibilityreport::SystemCompatibilityReportObject",
+                    std::shared_ptr<qelscripting::ScriptObject>(),
+                    [] { return std::make_shared<SystemCompatibilityReportObject>(); });
+}
+
 class Initiator final : public qelscripting::ScriptObjectDefinitionInitiatorBase {
  public:
   void Define() override {
     using Object = SystemCompatibilityReportObject;
     auto definition = std::make_shared<ScriptObjectDefinition>(
-        Object::GetClassname(), Object::GetDescription(), [] { return std::make_shared<Object>(); },
-        Object::DefineObject);
+        Object::GetClassname(), Object::GetDescription(), MakeObject, Object::DefineObject);
     definition->AttachComponentGroups(
         ScriptDefinitions::GetScriptComponentGroupDefinitions(Object::GetClassname()));
     ScriptDefinitions::AddObjectDefinition(std::move(definition));
@@ -63,7 +70,8 @@ void SystemCompatibilityReportObject::DefineObject() {
 }
 
 bool SystemCompatibilityReportObject::CreateReport(const std::u16string& filePath) {
-  RunReportToFile(qelcore::GetApplicationName(), filePath);
+  AtBoundary("qelsystemcompatibilityreport::SystemCompatibilityReportObject::CreateReport",
+             [&] { RunReportToFile(qelcore::GetApplicationName(), filePath); });
   return true;
 }
 

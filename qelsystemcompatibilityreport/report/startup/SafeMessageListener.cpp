@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string_view>
 #include <utility>
 
 #include "qelsystemcompatibilityreport/common/Boundary.h"
@@ -25,16 +26,19 @@ SafeMessageListener::SafeMessageListener(Handler handler)
       mHandler(std::move(handler)) {}
 
 SafeMessageListener::~SafeMessageListener() {
-  Shutdown();
+  AtBoundary("qelsystemcompatibilityreport::SafeMessageListener::~SafeMessageListener", [&] { Shutdown(); });
 }
 
 void SafeMessageListener::Receive(const messaging::Message& message) {
-  const auto dispatch = std::make_shared<Dispatch>();
-  const Handler handler = Begin(dispatch);
-  if (!handler) return;
-  AtBoundary("qelsystemcompatibilityreport::SafeMessageListener::Receive",
-             [&] { handler(static_cast<const appstatemanager::AppStateMessage&>(message).GetState()); });
-  End(dispatch);
+  constexpr std::string_view kContext = "qelsystemcompatibilityreport::SafeMessageListener::Receive";
+  AtBoundary(kContext, [&] {
+    const auto dispatch = std::make_shared<Dispatch>();
+    const Handler handler = Begin(dispatch);
+    if (!handler) return;
+    AtBoundary(kContext,
+               [&] { handler(static_cast<const appstatemanager::AppStateMessage&>(message).GetState()); });
+    End(dispatch);
+  });
 }
 
 SafeMessageListener::Handler SafeMessageListener::Begin(const std::shared_ptr<Dispatch>& dispatch) {
@@ -47,8 +51,9 @@ SafeMessageListener::Handler SafeMessageListener::Begin(const std::shared_ptr<Di
 }
 
 void SafeMessageListener::End(const std::shared_ptr<Dispatch>& dispatch) {
-  const TimedLock lock(mMutex, kTimeOut);
+  // Before the lock, which can fail: a shutdown must not wait for a call that is over.
   dispatch->mEnded.Open();
+  const TimedLock lock(mMutex, kTimeOut);
   std::erase(mRunning, dispatch);
 }
 

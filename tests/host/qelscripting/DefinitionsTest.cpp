@@ -79,6 +79,29 @@ TEST_F(Script, ALateInitiatorIsAskedBeforeTheNextSession) {
   EXPECT_EQ(Asked().back(), "late");
 }
 
+TEST_F(Script, AnInitiatorThatIsGoneIsNotAsked) {
+  { const ScriptObjectDefinitionRegistrar early(std::make_unique<NotingInitiator>("early")); }
+  EXPECT_EQ(Run("return 1"), Texts{"1"});
+  EXPECT_EQ(Asked(), (Texts{"first", "faulty", "second"}));
+}
+
+class AddingInitiator final : public ScriptObjectDefinitionInitiatorBase {
+ public:
+  void Define() override {
+    ScriptDefinitions::AddObjectDefinition(Definition("Guest", "", "Stay", u"a while"));
+  }
+};
+
+TEST_F(Script, DefinitionsLeaveWithTheInitiatorThatAddedThem) {
+  ScriptDefinitions::AddObjectDefinition(Definition("Host", "", "Stay", u"always"));
+  {
+    const ScriptObjectDefinitionRegistrar guest(std::make_unique<AddingInitiator>());
+    EXPECT_EQ(Run("return Guest.Stay()"), Texts{"a while"});
+  }
+  EXPECT_EQ(Run("return Guest == nil"), Texts{"true"});
+  EXPECT_EQ(Run("return Host.Stay()"), Texts{"always"});
+}
+
 TEST(Definitions, NoneIsCurrentOutsideFilling) {
   EXPECT_EQ(ScriptObjectDefinitionBase::sCurrent, nullptr);
   const ScriptObjectDefinitionBase* seen = nullptr;

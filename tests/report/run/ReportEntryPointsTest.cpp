@@ -102,6 +102,17 @@ TEST_F(ReportEntryPointsTest, AResolvedIssueIsForgotten) {
                   "resolved WARN", "resolved WARN", "click:unknown-value ui-not-needed 1 2"));
 }
 
+TEST_F(ReportEntryPointsTest, ABlocklistOf500MBIsRefusedUnread) {
+  mHost.Files().Write(kState, R"({"warn_matches":["before"]})");
+  const std::filesystem::path path = mHost.Files().Write(kInstalled, "");
+  // It has that length without taking the room.
+  std::filesystem::resize_file(path, 500'000'000);
+  RunToFile();
+  EXPECT_FALSE(Exists("report.txt"));
+  EXPECT_EQ(mHost.Files().Read(kState), R"({"warn_matches":["before"]})");
+  EXPECT_THAT(mHost.mExceptionTexts, ElementsAre(HasSubstr("blocklist.en_US.json: File too large")));
+}
+
 TEST_F(ReportEntryPointsTest, WithoutBlocklistTheComponentsAreWrittenAndNothingIsSaved) {
   RunToFile();
   EXPECT_THAT(mHost.Files().Read("report.txt"), HasSubstr("[Video] Card v.1.2.3.4\n"));

@@ -42,10 +42,10 @@ class ReadableFiles : public testing::Test {
   testsupport::TestHost mHost;
 };
 
-TEST_F(ReadableFiles, AFileOfMoreThan512MiBIsNotRead) {
+TEST_F(ReadableFiles, AFileOfMoreThan64MiBIsNotRead) {
   const std::string path = mHost.Files().Write("large", "").string();
   // It has that length without taking the room.
-  std::filesystem::resize_file(path, 536'870'913);
+  std::filesystem::resize_file(path, 67'108'865);
   IPlatformByteStream input(FileAt(path));
   const std::system_error error = ErrorOf([&] { static_cast<void>(input.ReadAll()); });
   EXPECT_EQ(error.code(), std::errc::file_too_large);

@@ -201,6 +201,55 @@ TEST(JsonView, TheDepthIsBoundedAlike) {
   }
 }
 
+/// Sees everything and keeps nothing.
+class Seeing : public json::TextVisitor {
+ public:
+  bool OnMember(std::string_view, const View&) override { return true; }
+  bool OnArray(std::size_t) override { return true; }
+  bool OnElement(const View&) override { return true; }
+};
+
+std::string Repeated(const std::string& text, std::size_t times) {
+  std::string result;
+  result.reserve(text.size() * times);
+  for (std::size_t time = 0; time < times; ++time) result += text;
+  return result;
+}
+
+TEST(JsonView, TheNumberOfValuesIsBoundedAlike) {
+  // The object itself is one, and so is the array.
+  const struct {
+    const char* mBegin;
+    const char* mRepeated;
+    const char* mEnd;
+    std::size_t mMost;
+  } rows[] = {{"{", "\"a\":0,", "\"a\":0}", 2'097'150},
+              {"{\"list\":[", "0,", "0]}", 2'097'149},
+              {"{\"a\":[", "0,", "0]}", 2'097'149},
+              {"{\"list\":[[", "0,", "0]]}", 2'097'148},
+              {"{\"a\":[0,1,2],\"list\":[", "0,", "0]}", 2'097'145},
+              {"{\"list\":[0,1],\"list\":[", "0,", "0]}", 2'097'146}};
+  for (const auto& row : rows) {
+    const std::string most = row.mBegin + Repeated(row.mRepeated, row.mMost) + row.mEnd;
+    const std::string tooMany = row.mBegin + Repeated(row.mRepeated, row.mMost + 1) + row.mEnd;
+    Seeing visitor;
+    EXPECT_TRUE(json::WalkThroughObject(most, "list", visitor)) << row.mBegin;
+    EXPECT_FALSE(json::WalkThroughObject(tooMany, "list", visitor)) << row.mBegin;
+  }
+}
+
+TEST(JsonView, TheLengthIsBoundedAlike) {
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string& before : {std::string(), mark}) {
+    const std::string longest = before + "{\"a\":\"" + std::string(67'108'864 - 8, 'x') + "\"}";
+    Seeing visitor;
+    EXPECT_TRUE(json::WalkThroughObject(longest, "list", visitor));
+    EXPECT_TRUE(json::Parse(longest).has_value());
+    EXPECT_FALSE(json::WalkThroughObject(longest + ' ', "list", visitor));
+    EXPECT_FALSE(json::Parse(longest + ' ').has_value());
+  }
+}
+
 TEST(JsonView, DamagedTextsAreReadAlike) {
   std::mt19937 random(20'000);
   const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random()) % end; };

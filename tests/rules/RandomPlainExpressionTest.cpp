@@ -37,7 +37,7 @@ const std::vector<std::string> kExpressionPieces{
 const std::vector<std::string> kTextPieces{"a",  "b", "c",  "1",        "_",  " ",  "-",  "(", "/", "|", ".",
                                            "\\", "R", "ab", "\xC3\xA9", "\n", "\r", "\t", "]", "2", "^", "$"};
 
-TEST(RandomExpressionTest, PlainExpressionsDecideAsTheEngineDoes) {
+TEST(RandomPlainExpressionTest, PlainExpressionsDecideAsTheEngineDoes) {
   std::size_t plainOnes = 0;
   std::size_t matches = 0;
   CheckOnRandomCases("plain expressions decide as the engine does", [&] {
