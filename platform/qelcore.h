@@ -14,6 +14,7 @@
 #include "platform/qelcore/Guid.h"
 #include "platform/qelcore/Hash.h"
 #include "platform/qelcore/Json.h"
+#include "platform/qelcore/JsonView.h"
 #include "platform/qelcore/Localisation.h"
 #include "platform/qelcore/Messaging.h"
 #include "platform/qelcore/Text.h"

@@ -71,9 +71,14 @@ class QELSCR_EXPORT SCRBlocklist {
  private:
   friend struct SCRBlocklistTestAccess;
 
+  class TextReader;
+
+  void Clear();
   void Read(const std::string& json);
-  void ReadRules(const qelcore::json::Dictionary& document);
-  void ReadDefaults(const qelcore::json::Dictionary& document);
+  /// Reads member by member, in the order that the constructor documents, and logs what is wrong with a rule.
+  void ReadFromDictionary(const std::string& json);
+  void ReadRules(const qelcore::json::View& elements);
+  void ReadDefaults(const qelcore::json::View& defaults);
   [[nodiscard]] const DefaultInfoAndURL& GetDefaultInfoAndURL(OSComponentType kind) const;
   [[nodiscard]] Guid IdentifyMatch(const OSComponentRegistry& registry) const;
   [[nodiscard]] std::vector<SCRIssue> FindIssues(const OSComponentRegistry& registry) const;

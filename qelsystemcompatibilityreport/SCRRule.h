@@ -40,6 +40,7 @@
 
 #include "platform/qelcore/Components.h"
 #include "platform/qelcore/Json.h"
+#include "platform/qelcore/JsonView.h"
 #include "qelsystemcompatibilityreport/Export.h"
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
@@ -52,6 +53,8 @@ namespace qelsystemcompatibilityreport {
 using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentRegistry;
 using qelcore::utility::OSComponentType;
+
+class Candidates;
 
 /// How grave an issue is. The numbers are hashed and reported: do not renumber.
 enum class SCRRuleErrorLevel : std::int32_t { INFO = 0, WARN = 1, ERROR = 2, FATAL = 3 };
@@ -195,18 +198,27 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   friend class SCRBlocklist;
   class MatchingRun;
 
+  /// Reads the JSON form of a value in memory or of a text as `FromJSON` does; fields are empty before.
+  /// Throws `TypeError` where that logs. Where a dependency cannot be read, `keepBrokenDependencies` says
+  /// whether it is logged and kept as one that matches nothing, or false is returned.
+  [[nodiscard]] bool ReadFields(const qelcore::json::View& value, bool keepBrokenDependencies);
+  [[nodiscard]] bool ReadLogging(const qelcore::json::View& value);
+
+  /// `FindMatchingOSComponents` on components that were prepared for many rules.
+  [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(
+      Candidates& candidates) const;
+
   /// Takes the given message when the rule has none, and, only in that case, also the given link when the
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
 
-  void DeserializeVersionFieldsFromJSON(const qelcore::json::Dictionary& object);
+  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& object);
   // The name is misspelt and stays so.
-  void DeserializeProprtyFieldsFromJSON(const qelcore::json::Dictionary& object);
+  void DeserializeProprtyFieldsFromJSON(const qelcore::json::View& object);
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
   [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
-  // These throw when an expression is malformed.
-  [[nodiscard]] bool MatchesName(const OSComponent& component) const;
+  // These two throw when an expression is malformed.
   [[nodiscard]] bool MatchesProperty(const OSComponent& component) const;
   [[nodiscard]] bool SatisfiesComparisons(const std::string& value) const;
 

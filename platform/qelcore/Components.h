@@ -17,6 +17,7 @@
 #include "platform/qelcore/Export.h"
 #include "platform/qelcore/Guid.h"
 #include "platform/qelcore/Hash.h"
+#include "platform/qelcore/JsonView.h"
 
 namespace qelcore::utility {
 
@@ -159,6 +160,9 @@ class QELCORE_EXPORT OSComponent {
   /// Parses JSON text, then reads it with the virtual `FromJSON`, whose result it returns. Text that is not
   /// JSON reaches `FromJSON` as an empty value.
   bool FromJSONString(std::string_view text);
+
+  /// Reads the JSON form as `OSComponent::FromJSON` does, of a value in memory or of a text.
+  [[nodiscard]] bool ReadFrom(const json::View& value);
 
   /// The JSON form without "version" and "value".
   [[nodiscard]] std::any ToJSONWithoutVersionOrValue() const;

@@ -6,6 +6,7 @@
 #include "qelsystemcompatibilityreport/DebugSettings.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
+#include "qelsystemcompatibilityreport/rules/Candidates.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 
 namespace qelsystemcompatibilityreport {
@@ -51,9 +52,10 @@ std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistr
 
 std::vector<SCRIssue> SCRBlocklist::FindIssues(const OSComponentRegistry& registry) const {
   std::vector<SCRIssue> issues;
+  Candidates candidates(registry);
   for (const SCRRule& rule : mRules) {
     if (rule.GetType() == OSComponentType::kInvalid) continue;
-    for (const auto& component : rule.FindMatchingOSComponents(registry)) {
+    for (const auto& component : rule.FindMatchingCandidates(candidates)) {
       SCRRule informed = rule;
       const DefaultInfoAndURL& texts = GetDefaultInfoAndURL(informed.GetType());
       informed.AdoptInfoIfNeeded(texts.info_message, texts.info_url);

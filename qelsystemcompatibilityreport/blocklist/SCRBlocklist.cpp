@@ -2,10 +2,14 @@
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "platform/qelcore/Json.h"
+#include "platform/qelcore/JsonView.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 
 namespace qelsystemcompatibilityreport {
@@ -23,8 +27,21 @@ constexpr std::string_view kSecondWarning = "second_warning";
 constexpr std::string_view kInfoMessage = "info_message";
 constexpr std::string_view kInfoURL = "info_url";
 
-void ReadTextIfPresent(const json::Dictionary& object, std::string_view key, std::string& text) {
-  if (const std::string* const found = json::FindText(object, key)) text = *found;
+constexpr std::array kDocumentKeys{kBlocklistVersion, kBlocklist, kDefaultInfo, kSecondWarning};
+constexpr std::array kTextKeys{kInfoMessage, kInfoURL};
+
+/// The version is a gate and is not kept. Any number but 0 passes.
+bool IsKnownVersion(const json::View& member) {
+  const std::optional<std::uint64_t> version = member.Integer();
+  return version && static_cast<std::uint32_t>(*version) != 0;
+}
+
+std::array<std::string, kOSComponentTypeCount> KindNames() {
+  std::array<std::string, kOSComponentTypeCount> names;
+  for (std::size_t kind = 0; kind < names.size(); ++kind) {
+    names[kind] = ComponentTypeToString(OSComponentType{static_cast<std::int32_t>(kind)});
+  }
+  return names;
 }
 
 std::string DescribeInvalidRule(std::size_t index, const SCRRule& rule) {
@@ -44,10 +61,7 @@ void MixText(qelcore::MixHashGuidT<qelcore::HashValueMixerState>& state, const s
 }  // namespace
 
 SCRBlocklist::SCRBlocklist(const std::string& json) {
-  AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist", [&] {
-    mDefaults.resize(kOSComponentTypeCount);
-    Read(json);
-  });
+  AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist", [&] { Read(json); });
 }
 
 SCRBlocklist::SCRBlocklist(const SCRBlocklist&) = default;
@@ -56,7 +70,64 @@ SCRBlocklist& SCRBlocklist::operator=(const SCRBlocklist&) = default;
 SCRBlocklist& SCRBlocklist::operator=(SCRBlocklist&&) noexcept = default;
 SCRBlocklist::~SCRBlocklist() = default;
 
+/// Reads a sound document on the way through its text, without a dictionary, which would take ten times as
+/// long and much more memory. Nothing is logged: at the first fault it gives up.
+class SCRBlocklist::TextReader : public json::TextVisitor {
+ public:
+  explicit TextReader(SCRBlocklist& blocklist) : mBlocklist(blocklist) {}
+
+  /// Whether the whole document was sound. If not, the blocklist is as empty as before.
+  bool Read(const std::string& text) {
+    try {
+      if (json::WalkThroughObject(text, kBlocklist, *this) && mHasVersion) return true;
+    } catch (const json::TypeError&) {
+      // What is wrong is said by whoever reads the document again.
+    } catch (...) {
+      mBlocklist.Clear();
+      throw;
+    }
+    mBlocklist.Clear();
+    return false;
+  }
+
+  bool OnMember(std::string_view key, const json::View& value) override {
+    if (key == kBlocklistVersion) {
+      mHasVersion = IsKnownVersion(value);
+    } else if (key == kDefaultInfo) {
+      mBlocklist.ReadDefaults(value);
+    } else if (key == kSecondWarning) {
+      mBlocklist.mSecondWarning = *value.Text();
+    }
+    return key != kBlocklist;
+  }
+
+  bool OnArray(std::size_t count) override {
+    mBlocklist.mRules.clear();
+    mBlocklist.mRules.reserve(count);
+    return true;
+  }
+
+  bool OnElement(const json::View& element) override {
+    return mBlocklist.mRules.emplace_back().ReadFields(element, false);
+  }
+
+ private:
+  SCRBlocklist& mBlocklist;
+  bool mHasVersion = false;
+};
+
+void SCRBlocklist::Clear() {
+  mRules.clear();
+  mDefaults.assign(kOSComponentTypeCount, {});
+  mSecondWarning.clear();
+}
+
 void SCRBlocklist::Read(const std::string& json) {
+  Clear();
+  if (!TextReader(*this).Read(json)) ReadFromDictionary(json);
+}
+
+void SCRBlocklist::ReadFromDictionary(const std::string& json) {
   json::ParseError error;
   const std::any root = json::Parse(json, &error);
   if (!root.has_value()) {
@@ -65,42 +136,38 @@ void SCRBlocklist::Read(const std::string& json) {
                                                      std::to_string(error.mColumn);
     throw std::runtime_error("the blocklist is not JSON" + place + ": " + error.mMessage);
   }
-  const json::Dictionary& document = json::AsDictionary(root);
-
-  // The version is a gate and is not kept. Any number but 0 passes.
-  const auto version = json::FindInteger(document, kBlocklistVersion);
-  if (!version || static_cast<std::uint32_t>(*version) == 0) return;
-
-  ReadRules(document);
-  ReadDefaults(document);
-  ReadTextIfPresent(document, kSecondWarning, mSecondWarning);
+  const auto [version, rules, defaults, secondWarning] = json::View(root).Members(kDocumentKeys);
+  if (!IsKnownVersion(version)) return;
+  ReadRules(rules);
+  ReadDefaults(defaults);
+  mSecondWarning = secondWarning.Text().value_or(std::string_view());
 }
 
-void SCRBlocklist::ReadRules(const json::Dictionary& document) {
-  const json::Array* const elements = json::FindArray(document, kBlocklist);
-  if (elements == nullptr) return;
+void SCRBlocklist::ReadRules(const json::View& list) {
+  const auto elements = list.Elements();
+  if (!elements) return;
   // All or nothing: a list that was damaged in one place is not trusted in the others.
   std::vector<SCRRule> rules;
   rules.reserve(elements->size());
-  for (const std::any& element : *elements) {
-    SCRRule rule;
-    if (!rule.FromJSON(element)) throw std::runtime_error(DescribeInvalidRule(rules.size(), rule));
-    rules.push_back(std::move(rule));
+  for (const json::View& element : *elements) {
+    SCRRule& rule = rules.emplace_back();
+    if (!rule.ReadLogging(element)) throw std::runtime_error(DescribeInvalidRule(rules.size() - 1, rule));
   }
   mRules = std::move(rules);
 }
 
-void SCRBlocklist::ReadDefaults(const json::Dictionary& document) {
-  static const json::Dictionary nothing;
-  const json::Dictionary* const found = json::FindDictionary(document, kDefaultInfo);
-  const json::Dictionary& defaults = found == nullptr ? nothing : *found;
-  for (std::int32_t kind = 0; kind < kOSComponentTypeCount; ++kind) {
-    const json::Dictionary* const entry =
-        json::FindDictionary(defaults, ComponentTypeToString(OSComponentType{kind}));
-    if (entry == nullptr) continue;
-    DefaultInfoAndURL& texts = mDefaults[static_cast<std::size_t>(kind)];
-    ReadTextIfPresent(*entry, kInfoMessage, texts.info_message);
-    ReadTextIfPresent(*entry, kInfoURL, texts.info_url);
+void SCRBlocklist::ReadDefaults(const json::View& defaults) {
+  mDefaults.assign(kOSComponentTypeCount, {});
+  if (!defaults.IsThere()) return;
+  const std::array<std::string, kOSComponentTypeCount> kindNames = KindNames();
+  std::array<std::string_view, kOSComponentTypeCount> keys;
+  std::copy(kindNames.begin(), kindNames.end(), keys.begin());
+  const auto entries = defaults.Members(keys);
+  for (std::size_t kind = 0; kind < entries.size(); ++kind) {
+    if (!entries[kind].IsThere()) continue;
+    const auto [message, url] = entries[kind].Members(kTextKeys);
+    if (const auto text = message.Text()) mDefaults[kind].info_message = *text;
+    if (const auto text = url.Text()) mDefaults[kind].info_url = *text;
   }
 }
 

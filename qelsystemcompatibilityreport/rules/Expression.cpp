@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
-#include "qelsystemcompatibilityreport/rules/ExpressionSize.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -44,41 +43,15 @@ std::optional<std::size_t> CountSteps(const ExpressionSize& size, std::size_t te
   return steps;
 }
 
-class Measured {
- public:
-  explicit Measured(const std::string& expression) : mExpression(expression) {}
+[[noreturn]] void Refuse(const std::string& expression, const std::string& reason) {
+  throw ExpressionError(expression, std::regex_constants::error_complexity, reason);
+}
 
-  void RequireWithinBounds(const std::string& text) const {
-    Require(mExpression.size(), Bounds::kMostBytes, "its length is");
-    const ExpressionSize size = MeasureExpression(mExpression);
-    // The engine refuses it as well, but computes the number first, which may be beyond all numbers.
-    if (size.mHasBackReference) Refuse("too complex: it refers back to a group");
-    Require(size.mGroupDepth, Bounds::kDeepestGroups, "its groups are nested");
-    Require(size.mLookAheadDepth, Bounds::kDeepestLookAheads, "its look-aheads are nested");
-    Require(size.mExpandedCharacters, Bounds::kMostExpandedCharacters,
-            "with its repeats written out its length is");
-    const std::optional<std::size_t> steps = CountSteps(size, text.size());
-    if (!steps) Refuse("too complex for a text of " + std::to_string(text.size()) + " bytes");
-    const std::size_t compiling =
-        size.mExpandedCharacters * kCompilingACharacter + size.mCharacterClasses * kCompilingAClass;
-    if (!ExpressionBudget::Take(compiling + *steps)) {
-      Refuse("too complex: the expressions of this blocklist have used up the time that a match may take");
-    }
-  }
-
- private:
-  void Require(std::size_t value, std::size_t bound, const char* what) const {
-    if (value <= bound) return;
-    Refuse("too complex: " + std::string(what) + " " + std::to_string(value) + ", at most " +
-           std::to_string(bound) + " allowed");
-  }
-
-  [[noreturn]] void Refuse(const std::string& reason) const {
-    throw ExpressionError(mExpression, std::regex_constants::error_complexity, reason);
-  }
-
-  const std::string& mExpression;
-};
+void Require(const std::string& expression, std::size_t value, std::size_t bound, const char* what) {
+  if (value <= bound) return;
+  Refuse(expression, "too complex: " + std::string(what) + " " + std::to_string(value) + ", at most " +
+                         std::to_string(bound) + " allowed");
+}
 
 }  // namespace
 
@@ -86,8 +59,42 @@ ExpressionError::ExpressionError(const std::string& expression, std::regex_const
                                  const std::string& reason)
     : std::regex_error(code), mMessage("the expression " + Quoted(expression) + " is refused: " + reason) {}
 
+Expression::Expression(std::string text) : mText(std::move(text)) {}
+
+void Expression::RequireWithinBounds(std::size_t textLength) const {
+  // The engine refuses it as well, but computes the number first, which may be beyond all numbers.
+  if (mSize.mHasBackReference) Refuse(mText, "too complex: it refers back to a group");
+  Require(mText, mSize.mGroupDepth, Bounds::kDeepestGroups, "its groups are nested");
+  Require(mText, mSize.mLookAheadDepth, Bounds::kDeepestLookAheads, "its look-aheads are nested");
+  Require(mText, mSize.mExpandedCharacters, Bounds::kMostExpandedCharacters,
+          "with its repeats written out its length is");
+  const std::optional<std::size_t> steps = CountSteps(mSize, textLength);
+  if (!steps) Refuse(mText, "too complex for a text of " + std::to_string(textLength) + " bytes");
+  const std::size_t compiling =
+      mSize.mExpandedCharacters * kCompilingACharacter + mSize.mCharacterClasses * kCompilingAClass;
+  if (!ExpressionBudget::Take(compiling + *steps)) {
+    Refuse(mText,
+           "too complex: the expressions of this blocklist have used up the time that a match may take");
+  }
+}
+
+bool Expression::MatchesWhole(const std::string& text) {
+  if (!mIsRead) {
+    Require(mText, mText.size(), Bounds::kMostBytes, "its length is");
+    mSize = MeasureExpression(mText);
+    mPlain = PlainExpression::Read(mText);
+    mIsRead = true;
+  }
+  // A plain expression costs little, but whether one is refused must not depend on how it is run.
+  RequireWithinBounds(text.size());
+  return mPlain ? mPlain->MatchesWhole(text) : MatchesWholeByEngine(mText, text);
+}
+
 bool MatchesWhole(const std::string& expression, const std::string& text) {
-  Measured(expression).RequireWithinBounds(text);
+  return Expression(expression).MatchesWhole(text);
+}
+
+bool MatchesWholeByEngine(const std::string& expression, const std::string& text) {
   std::regex compiled;
   try {
     compiled.imbue(std::locale::classic());

@@ -7,8 +7,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <regex>
 #include <string>
+
+#include "qelsystemcompatibilityreport/rules/ExpressionSize.h"
+#include "qelsystemcompatibilityreport/rules/PlainExpression.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -41,10 +45,36 @@ class ExpressionError : public std::regex_error {
   std::string mMessage;
 };
 
-/// Whether the whole of `text` matches `expression`: ECMAScript grammar, case-sensitive, bytes as characters,
-/// whatever the process's locale. The expression is compiled afresh by each call. Throws `ExpressionError`
-/// for an expression that is malformed, beyond the bounds, beyond what is left of the match's budget
-/// (`ExpressionBudget`), or that needs backtracking (a back-reference).
+/// An expression that is tried on one text after another.
+class Expression {
+ public:
+  explicit Expression(std::string text);
+  // What was read of the text refers to it.
+  Expression(const Expression&) = delete;
+  Expression& operator=(const Expression&) = delete;
+
+  [[nodiscard]] const std::string& Text() const { return mText; }
+
+  /// Whether the whole of `text` matches: ECMAScript grammar, case-sensitive, bytes as characters, whatever
+  /// the process's locale. Unless the expression is a plain one (`PlainExpression`), the engine compiles it
+  /// afresh by each call. Throws `ExpressionError` for an expression that is malformed, beyond the bounds,
+  /// beyond what is left of the match's budget (`ExpressionBudget`), or that needs backtracking (a
+  /// back-reference).
+  [[nodiscard]] bool MatchesWhole(const std::string& text);
+
+ private:
+  void RequireWithinBounds(std::size_t textLength) const;
+
+  std::string mText;
+  bool mIsRead = false;  ///< whether what follows is set
+  ExpressionSize mSize;
+  std::optional<PlainExpression> mPlain;
+};
+
+/// Whether the whole of `text` matches `expression`, which is tried on this text alone.
 [[nodiscard]] bool MatchesWhole(const std::string& expression, const std::string& text);
+
+/// The same by the engine in any case, without asking for bounds.
+[[nodiscard]] bool MatchesWholeByEngine(const std::string& expression, const std::string& text);
 
 }  // namespace qelsystemcompatibilityreport

@@ -1,12 +1,15 @@
 // The rule's JSON form.
+#include <algorithm>
 #include <array>
-#include <stdexcept>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platform/qelcore/Threads.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 #include "qelsystemcompatibilityreport/rules/PropertyOperator.h"
+#include "qelsystemcompatibilityreport/rules/VersionRangeText.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -27,9 +30,11 @@ constexpr std::string_view kErrorLevel = "error_level";
 /// From this many ranges on, their texts are made on all processors.
 constexpr std::size_t kMostRangesOnOneThread = 512;
 
-std::string TextOrEmpty(const json::Dictionary& object, std::string_view key) {
-  const std::string* const text = json::FindText(object, key);
-  return text == nullptr ? std::string() : *text;
+constexpr std::array kCommonKeys{kFormatVersion, kInfoMessage, kInfoURL, kDependencies, kErrorLevel};
+constexpr std::array kVersionKeys{kVersions, kMaxVersion, kVersionMask, kVersionMod};
+
+std::string_view TextOrEmpty(const json::View& member) {
+  return member.Text().value_or(std::string_view());
 }
 
 json::Array RangesToJSON(const std::vector<VersionRange>& ranges) {
@@ -55,56 +60,67 @@ bool SCRRule::FromJSON(const std::any& json) {
   mErrorLevel = SCRRuleErrorLevel::INFO;
   mStringComparisons.clear();
   mIntegerComparisons.clear();
-
-  return AtBoundary("qelsystemcompatibilityreport::SCRRule::FromJSON", false, [&] {
-    if (!OSComponent::FromJSON(json)) return false;
-    const json::Dictionary& object = json::AsDictionary(json);
-
-    const auto formatVersion = json::FindInteger(object, kFormatVersion);
-    if (formatVersion && static_cast<std::uint32_t>(*formatVersion) == 0) return false;
-
-    if (GetType() == OSComponentType::kProperty) {
-      DeserializeProprtyFieldsFromJSON(object);
-    } else {
-      DeserializeVersionFieldsFromJSON(object);
-    }
-
-    mInfoMessage = TextOrEmpty(object, kInfoMessage);
-    mInfoURL = TextOrEmpty(object, kInfoURL);
-    if (const json::Array* const dependencies = json::FindArray(object, kDependencies)) {
-      mDependencies.reserve(dependencies->size());
-      for (const std::any& element : *dependencies) {
-        SCRRule dependency;
-        // A dependency that cannot be read is kept as one that matches nothing, so that the rule hits nothing
-        // rather than too much.
-        if (!dependency.FromJSON(element)) dependency = SCRRule();
-        mDependencies.push_back(std::move(dependency));
-      }
-    }
-    const std::string level = TextOrEmpty(object, kErrorLevel);
-    if (!level.empty()) mErrorLevel = StringToErrorLevel(level);
-    return true;
-  });
+  return ReadLogging(json::View(json));
 }
 
-void SCRRule::DeserializeVersionFieldsFromJSON(const json::Dictionary& object) {
-  if (const auto texts = json::FindTexts(object, kVersions)) {
-    for (const std::string& text : *texts) mVersions.emplace_back(text);
+bool SCRRule::ReadLogging(const json::View& value) {
+  return AtBoundary("qelsystemcompatibilityreport::SCRRule::FromJSON", false,
+                    [&] { return ReadFields(value, true); });
+}
+
+bool SCRRule::ReadFields(const json::View& value, bool keepBrokenDependencies) {
+  if (!OSComponent::ReadFrom(value)) return false;
+
+  const auto [formatVersion, message, url, dependencies, level] = value.Members(kCommonKeys);
+  const std::optional<std::uint64_t> format = formatVersion.Integer();
+  if (format && static_cast<std::uint32_t>(*format) == 0) return false;
+
+  if (GetType() == OSComponentType::kProperty) {
+    DeserializeProprtyFieldsFromJSON(value);
+  } else {
+    DeserializeVersionFieldsFromJSON(value);
+  }
+
+  mInfoMessage = TextOrEmpty(message);
+  mInfoURL = TextOrEmpty(url);
+  if (const auto elements = dependencies.Elements()) {
+    mDependencies.reserve(elements->size());
+    for (const json::View& element : *elements) {
+      SCRRule& dependency = mDependencies.emplace_back();
+      if (!keepBrokenDependencies) {
+        if (!dependency.ReadFields(element, false)) return false;
+      } else if (!dependency.ReadLogging(element)) {
+        // A dependency that cannot be read is kept as one that matches nothing, so that the rule hits nothing
+        // rather than too much.
+        dependency = SCRRule();
+      }
+    }
+  }
+  const std::string_view levelText = TextOrEmpty(level);
+  if (!levelText.empty()) mErrorLevel = StringToErrorLevel(std::string(levelText));
+  return true;
+}
+
+void SCRRule::DeserializeVersionFieldsFromJSON(const json::View& object) {
+  const auto [versions, maxVersion, mask, modulus] = object.Members(kVersionKeys);
+  if (const auto texts = versions.Texts()) {
+    mVersions.reserve(texts->size());
+    for (const std::string_view text : *texts) mVersions.push_back(ReadVersionRange(text));
   }
   if (mVersions.empty()) {
     const OSComponentVersion version = GetVersion();
-    const std::string maxVersion = TextOrEmpty(object, kMaxVersion);
-    if (!maxVersion.empty()) {
-      mVersions.emplace_back(version, OSComponentVersion(maxVersion));
+    const std::string_view maximum = TextOrEmpty(maxVersion);
+    if (!maximum.empty()) {
+      mVersions.emplace_back(version, OSComponentVersion(maximum));
     } else if (version) {
       mVersions.emplace_back(version);
     }
   }
-  mVersionMask = OSComponentVersion(TextOrEmpty(object, kVersionMask));
-  mVersionMod = OSComponentVersion(TextOrEmpty(object, kVersionMod));
+  mVersionMask = OSComponentVersion(TextOrEmpty(mask));
+  mVersionMod = OSComponentVersion(TextOrEmpty(modulus));
 }
 
-void SCRRule::DeserializeProprtyFieldsFromJSON(const json::Dictionary& object) {
+void SCRRule::DeserializeProprtyFieldsFromJSON(const json::View& object) {
   static constexpr std::array kReadingOrder{
       SCRPropertyOperator::kEqual,
       SCRPropertyOperator::kNotEqual,
@@ -120,9 +136,14 @@ void SCRRule::DeserializeProprtyFieldsFromJSON(const json::Dictionary& object) {
       SCRPropertyOperator::kIntegerLessOrEqual,
       SCRPropertyOperator::kIntegerGreaterOrEqual,
   };
-  for (const SCRPropertyOperator propertyOperator : kReadingOrder) {
-    const std::string* const operand = json::FindText(object, PropertyOperatorToString(propertyOperator));
-    if (operand == nullptr) continue;
+  std::array<std::string_view, kReadingOrder.size()> keys;
+  std::transform(kReadingOrder.begin(), kReadingOrder.end(), keys.begin(),
+                 [](SCRPropertyOperator one) { return std::string_view(PropertyOperatorToString(one)); });
+  const auto operands = object.Members(keys);
+  for (std::size_t index = 0; index < operands.size(); ++index) {
+    const auto operand = operands[index].Text();
+    if (!operand) continue;
+    const SCRPropertyOperator propertyOperator = kReadingOrder[index];
     (ComparesIntegers(propertyOperator) ? mIntegerComparisons : mStringComparisons)
         .emplace(propertyOperator, *operand);
   }

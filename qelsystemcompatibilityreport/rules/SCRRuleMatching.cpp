@@ -1,9 +1,11 @@
 // Which components a rule hits.
 #include <cstdlib>
+#include <optional>
 #include <unordered_map>
 
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
+#include "qelsystemcompatibilityreport/rules/Candidates.h"
 #include "qelsystemcompatibilityreport/rules/Expression.h"
 #include "qelsystemcompatibilityreport/rules/FileComponents.h"
 #include "qelsystemcompatibilityreport/rules/MatchingSwitches.h"
@@ -65,17 +67,18 @@ int Compare(long long left, long long right) {
 /// that logged, once it was asked for often enough.
 class SCRRule::MatchingRun {
  public:
-  explicit MatchingRun(const OSComponentRegistry& registry) : mRegistry(registry) {}
+  explicit MatchingRun(Candidates& candidates) : mCandidates(candidates) {}
 
   Components FindHits(const SCRRule& rule) {
     Components hits;
+    std::optional<Expression> name;
     if (rule.GetType() == OSComponentType::kFile) {
       const auto component = rule.FindMatchingFileComponent();
-      if (component && IsHit(rule, *component)) hits.push_back(component);
+      if (component && IsHit(rule, Candidate(component), name)) hits.push_back(component);
       return hits;
     }
-    for (const auto& component : mRegistry.GetComponentsOfType(rule.GetType())) {
-      if (IsHit(rule, *component)) hits.push_back(component);
+    for (const Candidate& candidate : mCandidates.OfType(rule.GetType())) {
+      if (IsHit(rule, candidate, name)) hits.push_back(candidate.mComponent);
     }
     return hits;
   }
@@ -90,22 +93,30 @@ class SCRRule::MatchingRun {
   /// From this many times on a dependency that logs is not asked again.
   static constexpr int kMostTimesAsked = 1000;
 
-  bool IsHit(const SCRRule& rule, const OSComponent& candidate) {
+  /// `name` is the rule's name, once a candidate needed it.
+  bool IsHit(const SCRRule& rule, const Candidate& candidate, std::optional<Expression>& name) {
     if (MatchingSwitches::Instance().mForceByType) return true;
     if (rule.GetType() == OSComponentType::kProperty) {
       if (!OSComponent::SupportsProperties()) return false;
-      if (!Passes(kPropertyContext, [&] { return rule.MatchesProperty(candidate); })) return false;
+      if (!Passes(kPropertyContext, [&] { return rule.MatchesProperty(*candidate.mComponent); }))
+        return false;
     } else {
       const bool isForced = MatchingSwitches::Instance().mForceByName;
-      if (!isForced && !rule.MatchesVersion(candidate.GetVersion())) return false;
+      if (!isForced && !rule.MatchesVersion(candidate.mVersion)) return false;
       // A file rule's name has chosen the candidate already.
       const bool hasNameTest = rule.GetType() != OSComponentType::kFile;
-      if (hasNameTest && !Passes(kContext, [&] { return rule.MatchesName(candidate); })) return false;
+      if (hasNameTest && !MatchesName(rule, candidate.mName, name)) return false;
     }
     for (const SCRRule& dependency : rule.mDependencies) {
       if (!FindsSomething(dependency)) return false;
     }
     return true;
+  }
+
+  bool MatchesName(const SCRRule& rule, const std::string& candidate, std::optional<Expression>& name) {
+    if (!name) name.emplace(rule.GetName());
+    if (name->Text().empty() || candidate.empty()) return false;
+    return name->Text() == candidate || Passes(kContext, [&] { return name->MatchesWhole(candidate); });
   }
 
   /// Runs a test whose expression may be malformed: that is logged, and counts as no match for this
@@ -133,13 +144,20 @@ class SCRRule::MatchingRun {
     return foundSomething;
   }
 
-  const OSComponentRegistry& mRegistry;
+  Candidates& mCandidates;
   std::unordered_map<const SCRRule*, Outcome> mOutcomes;
   std::size_t mTimesLogged = 0;
 };
 
 Components SCRRule::FindMatchingOSComponents(const OSComponentRegistry& registry) const {
-  return AtBoundary(kContext, Components(), [&] { return MatchingRun(registry).FindHits(*this); });
+  return AtBoundary(kContext, Components(), [&] {
+    Candidates candidates(registry);
+    return MatchingRun(candidates).FindHits(*this);
+  });
+}
+
+Components SCRRule::FindMatchingCandidates(Candidates& candidates) const {
+  return AtBoundary(kContext, Components(), [&] { return MatchingRun(candidates).FindHits(*this); });
 }
 
 std::shared_ptr<OSComponent> SCRRule::FindMatchingFileComponent() const {
@@ -155,13 +173,6 @@ bool SCRRule::MatchesVersion(const OSComponentVersion& version) const {
     if (range.IsVersionInRange(compared)) return true;
   }
   return false;
-}
-
-bool SCRRule::MatchesName(const OSComponent& component) const {
-  const std::string name = GetName();
-  const std::string componentName = component.GetName();
-  if (name.empty() || componentName.empty()) return false;
-  return name == componentName || MatchesWhole(name, componentName);
 }
 
 bool SCRRule::MatchesPropertyComponent(const OSComponent& component) const {

@@ -1,6 +1,10 @@
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
+
+#include "qelsystemcompatibilityreport/rules/VersionRangeText.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -9,17 +13,20 @@ VersionRange::VersionRange(const OSComponentVersion& minimum, const OSComponentV
 
 VersionRange::VersionRange(const OSComponentVersion& version) : mMinVersion(version) {}
 
-VersionRange::VersionRange(const std::string& text) {
+VersionRange::VersionRange(const std::string& text) : VersionRange(ReadVersionRange(text)) {}
+
+VersionRange ReadVersionRange(std::string_view text) {
+  // Blanks only: a tab makes its piece no version.
   std::string compact;
-  std::size_t hyphen = std::string::npos;
-  for (const char character : text) {
-    if (character == ' ') continue;  // Blanks only: a tab makes its piece no version.
-    if (character == '-' && hyphen == std::string::npos) hyphen = compact.size();
-    compact.push_back(character);
+  if (text.find(' ') != std::string_view::npos) {
+    std::copy_if(text.begin(), text.end(), std::back_inserter(compact),
+                 [](char character) { return character != ' '; });
+    text = compact;
   }
-  const std::string_view pieces = compact;
-  mMinVersion = OSComponentVersion(pieces.substr(0, hyphen));
-  if (hyphen != std::string::npos) mMaxVersion = OSComponentVersion(pieces.substr(hyphen + 1));
+  const std::size_t hyphen = text.find('-');
+  const OSComponentVersion minimum(text.substr(0, hyphen));
+  if (hyphen == std::string_view::npos) return VersionRange(minimum);
+  return {minimum, OSComponentVersion(text.substr(hyphen + 1))};
 }
 
 bool VersionRange::IsVersionInRange(const OSComponentVersion& version) const {

@@ -6,19 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "tests/blocklist/SCRBlocklistTestAccess.h"
 #include "tests/support/Rules.h"
 #include "tests/support/TestHost.h"
-
-namespace qelsystemcompatibilityreport {
-
-/// Reaches the defaults of a kind, which only matching asks for.
-struct SCRBlocklistTestAccess {
-  static const SCRBlocklist::DefaultInfoAndURL& Defaults(const SCRBlocklist& blocklist, int kind) {
-    return blocklist.GetDefaultInfoAndURL(static_cast<OSComponentType>(kind));
-  }
-};
-
-}  // namespace qelsystemcompatibilityreport
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "platform/qelcore/Text.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/report/text/TextReportWriter.h"
+#include "tests/blocklist/SCRBlocklistTestAccess.h"
 #include "tests/fuzz/support/JsonMutator.h"
 #include "tests/fuzz/support/Machines.h"
 #include "tests/fuzz/support/PlainReport.h"
@@ -153,14 +154,24 @@ std::string ReportOf(const OSComponentRegistry& registry, const std::vector<SCRI
   return stream.Text();
 }
 
-void RequireOnlyRefusalsWereLogged() {
-  for (const std::string& context : fuzz::QuietHost::Instance().TakeExceptions()) {
+void RequireOnlyRefusals(const std::vector<std::string>& logged) {
+  for (const std::string& context : logged) {
     Require(context == "qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist" ||
                 context == "qelsystemcompatibilityreport::SCRRule::FromJSON" ||
                 context == "qelsystemcompatibilityreport::SCRRule::FindMatchingOSComponents" ||
                 context == "qelsystemcompatibilityreport::SCRRule::MatchesPropertyComponent",
             "only what is refused is logged");
   }
+}
+
+/// The short way from the text to the rules must not be seen in anything but the time that it takes.
+void CheckBothWays(const SCRBlocklist& blocklist, const std::string& text) {
+  using Access = qelsystemcompatibilityreport::SCRBlocklistTestAccess;
+  const std::vector<std::string> logged = fuzz::QuietHost::Instance().TakeExceptions();
+  const SCRBlocklist byDictionary = Access::FromDictionary(text);
+  Require(fuzz::QuietHost::Instance().TakeExceptions() == logged, "both ways log the same");
+  Require(Access::AreEqual(blocklist, byDictionary), "both ways read the same");
+  RequireOnlyRefusals(logged);
 }
 
 void CheckReading(const SCRBlocklist& blocklist, const Expected& expected, const std::any& root) {
@@ -290,8 +301,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::any root = json::Parse(text);
   const Expected expected = Understand(root);
   const SCRBlocklist blocklist(text);
+  CheckBothWays(blocklist, text);
   CheckReading(blocklist, expected, root);
   CheckMatching(blocklist, expected, fuzz::ReadMachine(root));
-  RequireOnlyRefusalsWereLogged();
+  RequireOnlyRefusals(fuzz::QuietHost::Instance().TakeExceptions());
   return 0;
 }

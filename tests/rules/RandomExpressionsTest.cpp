@@ -18,6 +18,7 @@
 namespace {
 
 using qelsystemcompatibilityreport::MatchesWhole;
+using qelsystemcompatibilityreport::MatchesWholeByEngine;
 
 /// Nothing for a refusal.
 using Outcome = std::optional<bool>;
@@ -29,7 +30,8 @@ struct Way {
 
 /// All that must agree. A cheaper way to the same answers belongs here.
 const Way kWays[] = {
-    {"the bounded engine", MatchesWhole},
+    {"as rules ask", MatchesWhole},
+    {"the engine alone", MatchesWholeByEngine},
 };
 
 Outcome AskDefaultEngine(const std::string& expression, const std::string& text) {

@@ -92,28 +92,29 @@ std::any OSComponent::ToJSON() const {
 }
 
 bool OSComponent::FromJSON(const std::any& json) {
+  return OSComponent::ReadFrom(json::View(json));
+}
+
+bool OSComponent::ReadFrom(const json::View& json) {
   mType = OSComponentType::kInvalid;
   mName.clear();
   mVersion = {};
   mPropertyValue.clear();
   try {
-    const json::Dictionary& object = json::AsDictionary(json);
-    const std::string* const name = json::FindText(object, kNameKey);
-    const std::string* const typeName = json::FindText(object, kTypeKey);
-    const std::string* const version = json::FindText(object, kVersionKey);
-    const std::string* const value = json::FindText(object, kValueKey);
-    [[maybe_unused]] const auto format = json::FindInteger(object, kFormatKey);
-    const OSComponentType type =
-        typeName != nullptr ? ComponentTypeFromString(*typeName) : OSComponentType::kInvalid;
-    if (name == nullptr || type == OSComponentType::kInvalid) {
+    static constexpr std::array kKeys{kNameKey, kTypeKey, kVersionKey, kValueKey, kFormatKey};
+    const auto [nameMember, typeMember, versionMember, valueMember, formatMember] = json.Members(kKeys);
+    const std::optional<std::string_view> name = nameMember.Text();
+    const OSComponentType type = ComponentTypeFromString(typeMember.Text().value_or(std::string_view()));
+    const std::string_view version = versionMember.Text().value_or(std::string_view());
+    const std::string_view value = valueMember.Text().value_or(std::string_view());
+    // Its value does not matter, its type does.
+    static_cast<void>(formatMember.Integer());
+    if (!name || type == OSComponentType::kInvalid) {
       return false;
     }
-    std::string propertyValue;
-    if (value != nullptr && type == OSComponentType::kProperty) {
-      propertyValue = *value;
-    }
+    std::string propertyValue(type == OSComponentType::kProperty ? value : std::string_view());
     mName = *name;
-    mVersion = OSComponentVersion(version != nullptr ? *version : std::string());
+    mVersion = OSComponentVersion(version);
     mPropertyValue = std::move(propertyValue);
     mType = type;
     return true;

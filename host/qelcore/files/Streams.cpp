@@ -26,6 +26,9 @@ std::string ReadToEnd(FileHandle& file, const std::string& path, std::size_t lar
   const std::size_t hint = static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestContent));
   const std::size_t most = largestSize + 1;
   std::string content;
+  // The JSON parser reads a text in place that has a little room behind its end.
+  constexpr std::size_t kRoomBehind = 64;
+  content.reserve(hint + 1 + kRoomBehind);
   std::size_t used = 0;
   for (;;) {
     if (used == content.size()) {

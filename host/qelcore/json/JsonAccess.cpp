@@ -2,34 +2,11 @@
 
 #include <utility>
 
+#include "host/qelcore/json/TypeName.h"
+
 namespace qelcore::json {
 
 namespace {
-
-const char* TypeName(const std::any& value) {
-  if (std::any_cast<Dictionary>(&value) != nullptr) {
-    return "an object";
-  }
-  if (std::any_cast<Array>(&value) != nullptr) {
-    return "an array";
-  }
-  if (std::any_cast<std::string>(&value) != nullptr) {
-    return "a text";
-  }
-  if (std::any_cast<bool>(&value) != nullptr) {
-    return "a boolean";
-  }
-  if (std::any_cast<std::int64_t>(&value) != nullptr || std::any_cast<std::uint64_t>(&value) != nullptr) {
-    return "an integer";
-  }
-  if (std::any_cast<double>(&value) != nullptr) {
-    return "a number";
-  }
-  if (std::any_cast<std::nullptr_t>(&value) != nullptr) {
-    return "null";
-  }
-  return value.has_value() ? "no JSON value" : "nothing";
-}
 
 [[noreturn]] void ThrowTypeError(std::string_view what, const std::any& value, const char* expected) {
   throw TypeError(std::string(what) + " is " + TypeName(value) + ", expected is " + expected + ".");
@@ -63,6 +40,31 @@ const Value* FindTyped(const Dictionary& object, std::string_view key, const cha
 }
 
 }  // namespace
+
+const char* TypeName(const std::any& value) {
+  if (std::any_cast<Dictionary>(&value) != nullptr) {
+    return "an object";
+  }
+  if (std::any_cast<Array>(&value) != nullptr) {
+    return "an array";
+  }
+  if (std::any_cast<std::string>(&value) != nullptr) {
+    return "a text";
+  }
+  if (std::any_cast<bool>(&value) != nullptr) {
+    return "a boolean";
+  }
+  if (std::any_cast<std::int64_t>(&value) != nullptr || std::any_cast<std::uint64_t>(&value) != nullptr) {
+    return "an integer";
+  }
+  if (std::any_cast<double>(&value) != nullptr) {
+    return "a number";
+  }
+  if (std::any_cast<std::nullptr_t>(&value) != nullptr) {
+    return "null";
+  }
+  return value.has_value() ? "no JSON value" : "nothing";
+}
 
 TypeError::TypeError(const std::string& message) : std::runtime_error(message) {}
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/qelcore/json/JsonNumber.h"
+#include "host/qelcore/json/JsonText.h"
 #include "platform/qelcore/Json.h"
 
 namespace qelcore::json {
@@ -13,24 +14,6 @@ namespace qelcore::json {
 namespace {
 
 namespace ondemand = simdjson::ondemand;
-
-constexpr int kDeepestLevel = 256;
-
-// A value takes up to a hundred times its text in memory, so both are bounded. A blocklist of 100,000 rules
-// has about 22 MB and a million values.
-constexpr std::size_t kLongestText = 67'108'864;
-constexpr std::size_t kMostValues = 2'097'152;
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kWhiteSpace = " \t\n\r";
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(kWhiteSpace);
-  if (begin == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(begin, text.find_last_not_of(kWhiteSpace) - begin + 1);
-}
 
 const char* MessageFor(simdjson::error_code code) {
   switch (code) {
@@ -287,9 +270,7 @@ ParseError Describe(std::string_view text, const std::string& message, std::opti
 }  // namespace
 
 std::any Parse(std::string_view text, ParseError* error) {
-  if (text.starts_with(kByteOrderMark)) {
-    text.remove_prefix(kByteOrderMark.size());
-  }
+  text = WithoutByteOrderMark(text);
   if (text.size() > kLongestText) {
     if (error != nullptr) {
       *error = Describe(text, MessageFor(simdjson::CAPACITY), std::nullopt);

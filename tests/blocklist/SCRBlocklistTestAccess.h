@@ -1,0 +1,41 @@
+// What tests see of a blocklist's inside.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/common/Boundary.h"
+
+namespace qelsystemcompatibilityreport {
+
+struct SCRBlocklistTestAccess {
+  using DefaultInfoAndURL = SCRBlocklist::DefaultInfoAndURL;
+
+  static const DefaultInfoAndURL& Defaults(const SCRBlocklist& blocklist, std::int32_t kind) {
+    return blocklist.GetDefaultInfoAndURL(OSComponentType{kind});
+  }
+
+  /// As the constructor, but by the dictionary at once.
+  static SCRBlocklist FromDictionary(const std::string& text) {
+    SCRBlocklist blocklist("{}");
+    blocklist.Clear();
+    AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist",
+               [&] { blocklist.ReadFromDictionary(text); });
+    return blocklist;
+  }
+
+  static bool AreEqual(const SCRBlocklist& left, const SCRBlocklist& right) {
+    const auto areTheSame = [](const DefaultInfoAndURL& one, const DefaultInfoAndURL& other) {
+      return one.info_message == other.info_message && one.info_url == other.info_url;
+    };
+    return std::equal(left.mDefaults.begin(), left.mDefaults.end(), right.mDefaults.begin(),
+                      right.mDefaults.end(), areTheSame) &&
+           left.mRules == right.mRules && left.mSecondWarning == right.mSecondWarning;
+  }
+
+  static std::size_t CountRules(const SCRBlocklist& blocklist) { return blocklist.mRules.size(); }
+};
+
+}  // namespace qelsystemcompatibilityreport
