@@ -44,7 +44,10 @@ void RemoveLeftoversBeside(const std::filesystem::path& saved) {
     if (!text.starts_with(kTemporaryPrefix) || !text.ends_with(kTemporarySuffix)) continue;
     std::error_code entryError;
     const auto written = entry->last_write_time(entryError);
-    if (!entryError && now - written > kLeftoverAge) std::filesystem::remove(entry->path(), entryError);
+    // A leftover of the future is one, too: the clock was set back, and nothing waits until it has come
+    // round.
+    if (!entryError && std::chrono::abs(now - written) > kLeftoverAge)
+      std::filesystem::remove(entry->path(), entryError);
   }
 }
 
