@@ -9,6 +9,7 @@
 #include "host/qelcore/files/FileOperationHook.h"
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
+#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Guid.h"
 #include "platform/qelcore/Text.h"
@@ -59,6 +60,7 @@ struct SafeSave::Implementation {
       : mTarget(host::ResolveSaveTarget(string::UTF16to8(target.GetFullPath()))),
         mTemporary(TemporaryPathBeside(mTarget)) {
     host::AnnounceFileOperation(host::FileOperation::kOpenForWriting, mTarget);
+    host::RefuseWayOutOfPreferences(mTarget);
     mHandle = host::FileHandle::CreateForOwner(mTemporary);
   }
 
