@@ -18,19 +18,27 @@ void PrintDiagnostic(std::string_view text) {
 }
 
 std::string Printable(std::string_view text) {
+  std::string result = PrintableLines(text);
+  for (char& character : result) {
+    if (character == '\n' || character == '\t') character = ' ';
+    if (character == '\r') character = '?';
+  }
+  return result;
+}
+
+std::string PrintableLines(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t place = 0; place < text.size(); ++place) {
     const auto byte = static_cast<unsigned char>(text[place]);
     const bool isSecondControlSet = byte == 0xC2 && place + 1 < text.size() &&
                                     static_cast<unsigned char>(text[place + 1]) < 0xA0;  // U+0080 to U+009F
-    if (byte == '\n' || byte == '\t') {
-      result.push_back(' ');
-    } else if (byte < 0x20 || byte == 0x7F) {
-      result.push_back('?');
-    } else if (isSecondControlSet) {
+    const bool isLineEnd = byte == '\n' || text.substr(place).starts_with("\r\n");
+    if (isSecondControlSet) {
       result.push_back('?');
       ++place;
+    } else if ((byte < 0x20 && !isLineEnd && byte != '\t') || byte == 0x7F) {
+      result.push_back('?');
     } else {
       result.push_back(text[place]);
     }

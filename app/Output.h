@@ -24,4 +24,7 @@ void PrintDiagnostic(std::string_view text);
 /// For texts that come from files and end on a terminal.
 [[nodiscard]] std::string Printable(std::string_view text);
 
+/// The same for texts of several lines: line ends and tabs stay.
+[[nodiscard]] std::string PrintableLines(std::string_view text);
+
 }  // namespace app

@@ -56,7 +56,8 @@ void Report(const std::optional<std::string>& outputPath) {
   }
   const TemporaryFile file;
   RunReport(file.Path());
-  Print(ReadInputFile(file.Path()));
+  // A file keeps what the blocklist says byte for byte; a terminal would act upon it.
+  Print(PrintableLines(ReadInputFile(file.Path())));
 }
 
 }  // namespace

@@ -11,12 +11,14 @@ Recorded& RecordedView::Add() {
 }
 
 qelui::StaticText& RecordedView::AddText(const std::u16string& text) {
+  OnHostCall("View::AddText");
   auto& control = Add<RecordedText>();
   control.mText = text;
   return control;
 }
 
 qelui::Icon& RecordedView::AddIcon(qelui::IconKind kind, const std::u16string& name) {
+  OnHostCall("View::AddIcon");
   auto& control = Add<RecordedIcon>();
   control.mKind = kind;
   control.mAccessibleName = name;
@@ -24,12 +26,14 @@ qelui::Icon& RecordedView::AddIcon(qelui::IconKind kind, const std::u16string& n
 }
 
 qelui::Button& RecordedView::AddButton(const std::u16string& caption) {
+  OnHostCall("View::AddButton");
   auto& control = Add<RecordedButton>();
   control.mCaption = caption;
   return control;
 }
 
 qelui::Button& RecordedView::AddHotText(const std::u16string& caption) {
+  OnHostCall("View::AddHotText");
   auto& control = Add<RecordedButton>();
   control.mCaption = caption;
   control.mIsHotText = true;
@@ -37,12 +41,14 @@ qelui::Button& RecordedView::AddHotText(const std::u16string& caption) {
 }
 
 qelui::ProgressIndicator& RecordedView::AddProgressIndicator(const std::u16string& name) {
+  OnHostCall("View::AddProgressIndicator");
   auto& control = Add<RecordedProgress>();
   control.mAccessibleName = name;
   return control;
 }
 
 qelui::Tree& RecordedView::AddTree(std::size_t columnCount, const std::u16string& name) {
+  OnHostCall("View::AddTree");
   auto& control = Add<RecordedTree>();
   control.mColumnCount = columnCount;
   control.mAccessibleName = name;
@@ -50,10 +56,12 @@ qelui::Tree& RecordedView::AddTree(std::size_t columnCount, const std::u16string
 }
 
 qelui::View& RecordedView::AddView(qelui::Direction /*direction*/) {
+  OnHostCall("View::AddView");
   return Add<RecordedView>();
 }
 
 qelui::ScrollView& RecordedView::AddScrollView(const std::u16string& name) {
+  OnHostCall("View::AddScrollView");
   auto& control = Add<RecordedScrollView>();
   control.mAccessibleName = name;
   return control;

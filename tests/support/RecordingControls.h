@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/qelui.h"
+#include "tests/support/HostCalls.h"
 
 namespace testsupport {
 
@@ -20,15 +21,30 @@ struct RecordedState {
 template <typename Interface>
 class RecordedControl : public Interface, public RecordedState {
  public:
-  void SetVisible(bool visible) override { mIsVisible = visible; }
-  void SetAccessibleName(const std::u16string& name) override { mAccessibleName = name; }
+  void SetVisible(bool visible) override {
+    OnHostCall("Control::SetVisible");
+    mIsVisible = visible;
+  }
+  void SetAccessibleName(const std::u16string& name) override {
+    OnHostCall("Control::SetAccessibleName");
+    mAccessibleName = name;
+  }
 };
 
 class RecordedText final : public RecordedControl<qelui::StaticText> {
  public:
-  void SetText(const std::u16string& text) override { mText = text; }
-  void SetColor(const qelui::Color& color) override { mColor = color; }
-  void SetFontStyle(qelui::FontStyle style) override { mStyle = style; }
+  void SetText(const std::u16string& text) override {
+    OnHostCall("StaticText::SetText");
+    mText = text;
+  }
+  void SetColor(const qelui::Color& color) override {
+    OnHostCall("StaticText::SetColor");
+    mColor = color;
+  }
+  void SetFontStyle(qelui::FontStyle style) override {
+    OnHostCall("StaticText::SetFontStyle");
+    mStyle = style;
+  }
 
   std::u16string mText;
   std::optional<qelui::Color> mColor;
@@ -46,10 +62,22 @@ class RecordedDialog;
 
 class RecordedButton final : public RecordedControl<qelui::Button> {
  public:
-  void SetCaption(const std::u16string& caption) override { mCaption = caption; }
-  void SetWidth(int width) override { mWidth = width; }
-  void SetActive(bool active) override { mIsActive = active; }
-  void SetAction(qelui::Action action) override { mAction = std::move(action); }
+  void SetCaption(const std::u16string& caption) override {
+    OnHostCall("Button::SetCaption");
+    mCaption = caption;
+  }
+  void SetWidth(int width) override {
+    OnHostCall("Button::SetWidth");
+    mWidth = width;
+  }
+  void SetActive(bool active) override {
+    OnHostCall("Button::SetActive");
+    mIsActive = active;
+  }
+  void SetAction(qelui::Action action) override {
+    OnHostCall("Button::SetAction");
+    mAction = std::move(action);
+  }
 
   std::u16string mCaption;
   bool mIsHotText = false;
@@ -60,9 +88,18 @@ class RecordedButton final : public RecordedControl<qelui::Button> {
 
 class RecordedTree final : public RecordedControl<qelui::Tree> {
  public:
-  void SetRows(std::vector<qelui::TreeRow> rows) override { mRows = std::move(rows); }
-  void SetOnCheck(std::function<void(std::size_t, bool)> onCheck) override { mOnCheck = std::move(onCheck); }
-  void ScrollToTop() override { ++mTimesScrolledToTop; }
+  void SetRows(std::vector<qelui::TreeRow> rows) override {
+    OnHostCall("Tree::SetRows");
+    mRows = std::move(rows);
+  }
+  void SetOnCheck(std::function<void(std::size_t, bool)> onCheck) override {
+    OnHostCall("Tree::SetOnCheck");
+    mOnCheck = std::move(onCheck);
+  }
+  void ScrollToTop() override {
+    OnHostCall("Tree::ScrollToTop");
+    ++mTimesScrolledToTop;
+  }
 
   /// As the user does it.
   void Check(std::size_t row, bool isChecked) {
@@ -89,9 +126,15 @@ class RecordedView final : public RecordedControl<qelui::View> {
   qelui::Tree& AddTree(std::size_t columnCount, const std::u16string& name) override;
   qelui::View& AddView(qelui::Direction direction) override;
   qelui::ScrollView& AddScrollView(const std::u16string& name) override;
-  void AddSpace() override {}
-  void SetTakesSpace(bool takesSpace) override { mTakesSpace = takesSpace; }
-  void SetHasBorder(bool hasBorder) override { mHasBorder = hasBorder; }
+  void AddSpace() override { OnHostCall("View::AddSpace"); }
+  void SetTakesSpace(bool takesSpace) override {
+    OnHostCall("View::SetTakesSpace");
+    mTakesSpace = takesSpace;
+  }
+  void SetHasBorder(bool hasBorder) override {
+    OnHostCall("View::SetHasBorder");
+    mHasBorder = hasBorder;
+  }
 
   bool mTakesSpace = false;
   bool mHasBorder = false;
@@ -104,20 +147,29 @@ class RecordedView final : public RecordedControl<qelui::View> {
 
 class RecordedScrollView final : public RecordedControl<qelui::ScrollView> {
  public:
-  [[nodiscard]] qelui::View& GetContentView() override { return mContent; }
+  [[nodiscard]] qelui::View& GetContentView() override {
+    OnHostCall("ScrollView::GetContentView");
+    return mContent;
+  }
   /// A unit for each control of the first level.
   [[nodiscard]] qelui::Size MeasureContent() override {
+    OnHostCall("ScrollView::MeasureContent");
     return {100, static_cast<int>(mContent.mOrder.size())};
   }
   void SetScrollBarSize(const qelui::Size& contentSize) override {
+    OnHostCall("ScrollView::SetScrollBarSize");
     mCalls.emplace_back("SetScrollBarSize");
     mScrollBarSize = contentSize;
   }
   void ScrollIntoView(const qelui::Control& control) override {
+    OnHostCall("ScrollView::ScrollIntoView");
     mCalls.emplace_back("ScrollIntoView");
     mShown = &control;
   }
-  void Update() override { mCalls.emplace_back("Update"); }
+  void Update() override {
+    OnHostCall("ScrollView::Update");
+    mCalls.emplace_back("Update");
+  }
 
   RecordedView mContent;
   qelui::Size mScrollBarSize;

@@ -36,6 +36,7 @@ RecordedDialog::~RecordedDialog() {
 }
 
 void RecordedDialog::RunModal() {
+  OnHostCall("DialogWindow::RunModal");
   mIsOpen = true;
   ++mToolkit.mDialogsShown;
   if (mToolkit.mWhileDialogIsUp) mToolkit.mWhileDialogIsUp(*this);
@@ -44,19 +45,23 @@ void RecordedDialog::RunModal() {
 }
 
 void RecordedDialog::BringToFront() {
+  OnHostCall("DialogWindow::BringToFront");
   ++mToolkit.mTimesBroughtToFront;
 }
 
 void* RecordedDialog::GetNativeWindow() {
+  OnHostCall("DialogWindow::GetNativeWindow");
   ++mToolkit.mTimesAskedForNativeWindow;
   return nullptr;
 }
 
 qelui::OS_Window* RecordedDialog::AsWindow() {
+  OnHostCall("DialogWindow::AsWindow");
   return reinterpret_cast<qelui::OS_Window*>(this);
 }
 
 qelui::TimerID RecordedDialog::InstallTimer(double seconds, std::function<void(qelui::TimerID)> onTick) {
+  OnHostCall("DialogWindow::InstallTimer");
   static qelui::TimerID last = 0;
   mTimers[++last] = {seconds, std::move(onTick)};
   return last;
@@ -131,18 +136,21 @@ RecordingUserInterface::~RecordingUserInterface() {
 
 void RecordingUserInterface::ShowErrorMessage(const std::u16string& title, const std::u16string& message,
                                               qelui::OS_Window* parent) {
+  OnHostCall("NodeManager::ShowErrorMessage");
   mErrorMessages.push_back({title, message, parent});
   if (mWhileMessageIsUp) mWhileMessageIsUp();
 }
 
 std::u16string RecordingUserInterface::RunSaveAsDialog(const qelui::OS_FileSaveAsDialog& dialog,
                                                        qelui::DialogWindow* parent) {
+  OnHostCall("NodeManager::RunSaveAsDialog");
   mSaveAsDialogs.push_back(dialog);
   mSaveAsParents.push_back(parent);
   return mSaveAsAnswer;
 }
 
 std::unique_ptr<qelui::DialogWindow> RecordingUserInterface::MakeDialogWindow(qelui::OS_Window* parent) {
+  OnHostCall("DrawSupplier::MakeDialogWindow");
   return std::make_unique<RecordedDialog>(*this, parent);
 }
 

@@ -20,20 +20,39 @@ class RecordedDialog final : public qelui::DialogWindow {
   RecordedDialog(RecordingUserInterface& toolkit, qelui::OS_Window* parent);
   ~RecordedDialog() override;
 
-  [[nodiscard]] qelui::View& GetContentView() override { return mContent; }
-  void SetTitle(const std::u16string& title) override { mTitle = title; }
-  void SetOkButton(qelui::Button& button) override { mOkButton = &dynamic_cast<RecordedButton&>(button); }
+  [[nodiscard]] qelui::View& GetContentView() override {
+    OnHostCall("DialogWindow::GetContentView");
+    return mContent;
+  }
+  void SetTitle(const std::u16string& title) override {
+    OnHostCall("DialogWindow::SetTitle");
+    mTitle = title;
+  }
+  void SetOkButton(qelui::Button& button) override {
+    OnHostCall("DialogWindow::SetOkButton");
+    mOkButton = &dynamic_cast<RecordedButton&>(button);
+  }
   void SetCloseControl(qelui::Button& control) override {
+    OnHostCall("DialogWindow::SetCloseControl");
     mCloseControl = &dynamic_cast<RecordedButton&>(control);
   }
-  void SetContentSize(const qelui::Size& size) override { mContentSize = size; }
+  void SetContentSize(const qelui::Size& size) override {
+    OnHostCall("DialogWindow::SetContentSize");
+    mContentSize = size;
+  }
   void RunModal() override;
-  void Close() override { mIsOpen = false; }
+  void Close() override {
+    OnHostCall("DialogWindow::Close");
+    mIsOpen = false;
+  }
   void BringToFront() override;
   [[nodiscard]] void* GetNativeWindow() override;
   [[nodiscard]] qelui::OS_Window* AsWindow() override;
   qelui::TimerID InstallTimer(double seconds, std::function<void(qelui::TimerID)> onTick) override;
-  void RemoveTimer(qelui::TimerID timer) override { mTimers.erase(timer); }
+  void RemoveTimer(qelui::TimerID timer) override {
+    OnHostCall("DialogWindow::RemoveTimer");
+    mTimers.erase(timer);
+  }
 
   // ---- What a user does -----------------------------------------------------------------------------------
 
@@ -91,13 +110,17 @@ class RecordingUserInterface final : public qelui::NodeManager, public qelui::Dr
   RecordingUserInterface();
   ~RecordingUserInterface() override;
 
-  [[nodiscard]] qelui::DrawSupplier* GetDefaultDrawSupplier() override { return mCanDraw ? this : nullptr; }
+  [[nodiscard]] qelui::DrawSupplier* GetDefaultDrawSupplier() override {
+    OnHostCall("NodeManager::GetDefaultDrawSupplier");
+    return mCanDraw ? this : nullptr;
+  }
   void ShowErrorMessage(const std::u16string& title, const std::u16string& message,
                         qelui::OS_Window* parent) override;
   [[nodiscard]] std::u16string RunSaveAsDialog(const qelui::OS_FileSaveAsDialog& dialog,
                                                qelui::DialogWindow* parent) override;
   /// Ten units for each character.
   [[nodiscard]] int MeasureButton(const std::u16string& caption) override {
+    OnHostCall("DrawSupplier::MeasureButton");
     return 10 * static_cast<int>(caption.size());
   }
   [[nodiscard]] std::unique_ptr<qelui::DialogWindow> MakeDialogWindow(qelui::OS_Window* parent) override;

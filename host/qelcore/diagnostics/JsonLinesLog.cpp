@@ -20,6 +20,7 @@
 #include "host/qelcore/files/FileOperationHook.h"
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
+#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
 #include "platform/qelcore/Trace.h"
@@ -110,6 +111,10 @@ void AppendLine(const std::string& path, std::string line, LockPatience& patienc
   AnnounceFileOperation(FileOperation::kOpenForWriting, path);
   AnnounceFileOperation(FileOperation::kWrite, path);
   std::unique_ptr<FileLock> lock = patience.Lock(path + kLockSuffix);
+  if (IsSymbolicLink(path)) {
+    // It may lead to any file of the user, which is nothing to write log lines into.
+    throw std::system_error(std::make_error_code(std::errc::too_many_symbolic_link_levels), path);
+  }
   std::optional<FileEnd> end = FindEnd(path);
   if (IsFull(end, line)) {
     lock.reset();

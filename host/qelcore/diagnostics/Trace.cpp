@@ -10,11 +10,14 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "host/qelcore/HostSetup.h"
 #include "host/qelcore/application/Application.h"
+#include "host/qelcore/files/FileHandle.h"
 #include "host/qelcore/files/FileSystem.h"
+#include "host/qelcore/files/WayOut.h"
 
 namespace qelcore {
 
@@ -47,12 +50,25 @@ Outputs& TheOutputs() {
   return outputs;
 }
 
+/// Makes the file for its owner only when it is not there, before it is opened to append. Throws when a
+/// symbolic link has its name: it may lead to any file of the user, which is nothing to write log lines into.
+void PrepareFile(const spdlog::filename_t& name) {
+  const std::u8string text = std::filesystem::path(name).u8string();
+  const std::string path(text.begin(), text.end());
+  if (host::IsSymbolicLink(path)) {
+    throw std::system_error(std::make_error_code(std::errc::too_many_symbolic_link_levels), path);
+  }
+  host::FileHandle::OpenOrCreate(path, false).Close();
+}
+
 std::unique_ptr<spdlog::sinks::sink> OpenFile(const std::string& directory) {
   try {
     host::MakeDirectories(directory, host::DirectoryAccess::kOwnerOnly);
     const auto path = std::filesystem::path(std::u8string(directory.begin(), directory.end())) / kFileName;
-    auto file =
-        std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.string(), kLargestFile, kOlderFiles);
+    spdlog::file_event_handlers handlers;
+    handlers.before_open = PrepareFile;
+    auto file = std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.string(), kLargestFile,
+                                                                       kOlderFiles, false, handlers);
     file->set_pattern(kPattern);
     return file;
   } catch (const std::exception&) {

@@ -5,6 +5,7 @@
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
 #include "host/qelcore/files/RecordedFiles.h"
+#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
 
@@ -15,6 +16,7 @@ namespace {
 void MakeWhenMissing(const std::string& path, host::DirectoryAccess access) {
   if (!host::IsDirectory(path)) {
     host::AnnounceFileOperation(host::FileOperation::kCreateDirectory, path);
+    host::RefuseWayOutOfPreferences(path);
     host::MakeDirectories(path, access);
   }
 }
@@ -28,7 +30,9 @@ bool Dir::Exists() const {
 }
 
 void Dir::Create() const {
-  MakeWhenMissing(string::UTF16to8(mPath), host::DirectoryAccess::kUsual);
+  const std::string path = string::UTF16to8(mPath);
+  MakeWhenMissing(
+      path, host::IsInPreferences(path) ? host::DirectoryAccess::kOwnerOnly : host::DirectoryAccess::kUsual);
 }
 
 std::u16string Dir::GetName() const {

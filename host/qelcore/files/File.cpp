@@ -5,6 +5,7 @@
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
 #include "host/qelcore/files/RecordedFiles.h"
+#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
 
@@ -26,6 +27,7 @@ bool File::Exists() const {
 void File::Create(bool mustBeNew) const {
   const std::string path = string::UTF16to8(mPath);
   host::AnnounceFileOperation(host::FileOperation::kCreate, path);
+  host::RefuseWayOutOfPreferences(path);
   host::FileHandle::OpenOrCreate(path, mustBeNew).Close();
 }
 

@@ -21,8 +21,8 @@ class FileHandle {
   /// Opens a file for writing: makes it when missing and empties it.
   [[nodiscard]] static FileHandle OpenForWriting(const std::string& path);
 
-  /// Opens a file for writing without emptying it: makes it when missing. With `mustBeNew` an existing file
-  /// is an error. Does not wait for a reader of a pipe.
+  /// Opens a file for writing without emptying it: makes it when missing, on Linux for its owner only. With
+  /// `mustBeNew` an existing file is an error. Does not wait for a reader of a pipe.
   [[nodiscard]] static FileHandle OpenOrCreate(const std::string& path, bool mustBeNew);
 
   /// Makes a new file for writing that only its owner can use. An existing file is an error.

@@ -9,6 +9,7 @@
 #include "host/qelcore/files/FileOperationHook.h"
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
+#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Guid.h"
 #include "platform/qelcore/Text.h"
@@ -44,7 +45,10 @@ void RemoveLeftoversBeside(const std::filesystem::path& saved) {
     if (!text.starts_with(kTemporaryPrefix) || !text.ends_with(kTemporarySuffix)) continue;
     std::error_code entryError;
     const auto written = entry->last_write_time(entryError);
-    if (!entryError && now - written > kLeftoverAge) std::filesystem::remove(entry->path(), entryError);
+    // A leftover of the future is one, too: the clock was set back, and nothing waits until it has come
+    // round.
+    if (!entryError && std::chrono::abs(now - written) > kLeftoverAge)
+      std::filesystem::remove(entry->path(), entryError);
   }
 }
 
@@ -56,6 +60,7 @@ struct SafeSave::Implementation {
       : mTarget(host::ResolveSaveTarget(string::UTF16to8(target.GetFullPath()))),
         mTemporary(TemporaryPathBeside(mTarget)) {
     host::AnnounceFileOperation(host::FileOperation::kOpenForWriting, mTarget);
+    host::RefuseWayOutOfPreferences(mTarget);
     mHandle = host::FileHandle::CreateForOwner(mTemporary);
   }
 

@@ -64,7 +64,7 @@ FileHandle FileHandle::OpenForWriting(const std::string& path) {
 }
 
 FileHandle FileHandle::OpenOrCreate(const std::string& path, bool mustBeNew) {
-  return {path, Open(path, O_WRONLY | O_CREAT | O_NONBLOCK | (mustBeNew ? O_EXCL : 0), kUsualMode)};
+  return {path, Open(path, O_WRONLY | O_CREAT | O_NONBLOCK | (mustBeNew ? O_EXCL : 0), kOwnerMode)};
 }
 
 FileHandle FileHandle::CreateForOwner(const std::string& path) {

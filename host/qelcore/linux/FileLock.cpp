@@ -18,7 +18,8 @@ int Open(const std::string& path) {
   CheckPath(path);
   int descriptor = -1;
   do {
-    descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, kOwnerMode);
+    descriptor =
+        ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW, kOwnerMode);
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) {
     ThrowFileError(errno, path);

@@ -42,7 +42,8 @@ class Workplace {
 /// `.ci/run`, the compiler by the tests of packaging.
 TEST(DocumentationTest, CommandsRun) {
   const std::set<std::string> scripts = {
-      "./run", "./test", ".ci/run", ".ci/check-clang-tidy", "c++", "cmake", "QELSCR_PRESET=sanitizers"};
+      "./run",    "./test", ".ci/run", ".ci/check-clang-tidy",    ".ci/check-memory", ".ci/check-threads",
+      ".ci/fuzz", "c++",    "cmake",   "QELSCR_PRESET=sanitizers"};
   int ran = 0;
   std::string output;
   for (const Block& block : Blocks()) {

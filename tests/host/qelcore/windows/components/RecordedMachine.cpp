@@ -115,7 +115,7 @@ DeviceRecord RecordOf(const Dictionary& object) {
 }  // namespace
 
 RecordedMachine::RecordedMachine(const std::string& name) {
-  const std::any json = qelcore::json::Parse(ReadWholeFile(MachinesDirectory() / (name + ".json")));
+  const std::any json = qelcore::json::Parse(TextOf(name));
   const Dictionary& object = qelcore::json::AsDictionary(json);
   mFacts = FactsOf(*qelcore::json::FindDictionary(object, "system"));
   for (const auto& [key, deviceClass] : {std::pair{"display", DeviceClass::kDisplay},
@@ -134,6 +134,10 @@ qelcore::utility::OSComponentRegistry::Components RecordedMachine::Read(
     const std::optional<qelcore::host::components::PropertyKeeping>& keeping) const {
   const qelcore::host::PersonalNames names{.mUser = "anna", .mHost = "ANNAS-PC", .mHome = "C:\\Users\\anna"};
   return qelcore::host::windows::ReadMachine(mDevices, mFacts, names, keeping);
+}
+
+std::string RecordedMachine::TextOf(const std::string& name) {
+  return ReadWholeFile(MachinesDirectory() / (name + ".json"));
 }
 
 std::vector<std::string> RecordedMachine::Names() {

@@ -37,6 +37,8 @@ struct RecordedMachine {
   [[nodiscard]] qelcore::utility::OSComponentRegistry::Components Read(
       const std::optional<qelcore::host::components::PropertyKeeping>& keeping = std::nullopt) const;
 
+  [[nodiscard]] static std::string TextOf(const std::string& name);
+
   /// The names of all recorded machines, sorted.
   [[nodiscard]] static std::vector<std::string> Names();
 

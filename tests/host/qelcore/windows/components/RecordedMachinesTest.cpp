@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Recorded, RecordedWindowsMachine,
                          testing::Values("bluetooth-headset", "desktop-failing-gpu", "desktop-mixing",
                                          "desktop-offline", "desktop-russian", "desktop-virtual-networks",
                                          "desktop-voice", "hostile", "laptop-2009", "laptop-chinese",
-                                         "laptop-french", "laptop-miniports", "vm-hyperv"),
+                                         "laptop-french", "laptop-miniports", "laptop-personal", "vm-hyperv"),
                          [](const auto& row) {
                            std::string name = row.param;
                            std::replace(name.begin(), name.end(), '-', '_');
@@ -56,7 +56,7 @@ TEST(RecordedWindowsMachines, AreAllCovered) {
               testing::ElementsAre("bluetooth-headset", "desktop-failing-gpu", "desktop-mixing",
                                    "desktop-offline", "desktop-russian", "desktop-virtual-networks",
                                    "desktop-voice", "hostile", "laptop-2009", "laptop-chinese",
-                                   "laptop-french", "laptop-miniports", "vm-hyperv"));
+                                   "laptop-french", "laptop-miniports", "laptop-personal", "vm-hyperv"));
 }
 
 }  // namespace
