@@ -27,6 +27,7 @@ enum class Code {
   kDuplicateKey,
   kUnknownKey,
   kNoRules,
+  kTooManyFindings,
   // The form of a rule
   kNotARule,
   kUnknownKind,
@@ -73,6 +74,7 @@ enum class Code {
   kCoveredRule,
   kDependencyNeverHolds,
   kTooManyRulesToCompare,
+  kCoveredRuleWithMessage,
   // Languages
   kLanguagesDiffer,
   // Examples

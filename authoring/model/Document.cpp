@@ -8,6 +8,12 @@ namespace authoring {
 
 namespace json = qelcore::json;
 
+namespace {
+
+constexpr std::size_t kMostFindings = 10'000;
+
+}  // namespace
+
 Document::Document(std::string path, std::string text)
     : mPath(std::move(path)), mText(std::move(text)), mPlaces(mText) {
   json::ParseError error;
@@ -31,18 +37,41 @@ Document::Document(std::string path, std::string text)
   mRoot = std::move(root);
 }
 
+bool Document::HasReadableRules() const {
+  return std::all_of(mRules.begin(), mRules.end(), [](const RuleElement& rule) { return rule.mIsReadable; });
+}
+
+std::string Document::DefaultText(OSComponentType kind, std::string_view key) const {
+  const JsonNode* const defaults = mRoot ? mRoot->Find("default_info") : nullptr;
+  const JsonNode* const entry =
+      defaults == nullptr ? nullptr : defaults->Find(qelcore::utility::ComponentTypeToString(kind));
+  const std::string* const text = entry == nullptr ? nullptr : entry->FindText(key);
+  return text == nullptr ? std::string() : *text;
+}
+
 const std::any& Document::RuleValue(std::size_t index) const {
   return json::FindArray(json::AsDictionary(mValue), "blocklist")->at(index);
 }
 
 void Document::Add(Code code, std::size_t offset, std::string what, std::string mend) {
-  mFindings.push_back({code, mPath, mPlaces.At(offset), std::nullopt, {}, std::move(what), std::move(mend)});
+  Add(std::nullopt, code, offset, std::move(what), std::move(mend));
 }
 
 void Document::AddToRule(std::size_t rule, Code code, std::size_t offset, std::string what,
                          std::string mend) {
-  Add(code, offset, std::move(what), std::move(mend));
-  mFindings.back().mRule = rule;
+  Add(rule, code, offset, std::move(what), std::move(mend));
+}
+
+void Document::Add(std::optional<std::size_t> rule, Code code, std::size_t offset, std::string what,
+                   std::string mend) {
+  // The first error is told of in any case: it decides whether the list is fit for use.
+  const bool isFirstError = DescriptionOf(code).mSeverity == Severity::kError && !mHasErrors;
+  mHasErrors |= isFirstError;
+  if (mFindings.size() >= kMostFindings && !isFirstError) {
+    ++mUntold;
+    return;
+  }
+  mFindings.push_back({code, mPath, mPlaces.At(offset), rule, {}, std::move(what), std::move(mend)});
 }
 
 Findings Document::SortedFindings() const {
@@ -53,6 +82,15 @@ Findings Document::SortedFindings() const {
   }
   std::stable_sort(sorted.begin(), sorted.end(),
                    [](const Finding& left, const Finding& right) { return left.mPlace < right.mPlace; });
+  if (mUntold > 0) {
+    sorted.push_back({Code::kTooManyFindings,
+                      mPath,
+                      mPlaces.At(0),
+                      std::nullopt,
+                      {},
+                      std::to_string(mUntold) + " more findings are not told",
+                      "Mend these first."});
+  }
   return sorted;
 }
 

@@ -61,10 +61,16 @@ class Document {
   [[nodiscard]] const std::vector<RuleElement>& Rules() const { return mRules; }
   void SetRules(std::vector<RuleElement> rules) { mRules = std::move(rules); }
 
+  /// Whether the library keeps the rules: it reads all of them or none.
+  [[nodiscard]] bool HasReadableRules() const;
+
+  /// The default texts of a kind; empty where there are none.
+  [[nodiscard]] std::string DefaultText(OSComponentType kind, std::string_view key) const;
+
   /// The element as the libraries read it.
   [[nodiscard]] const std::any& RuleValue(std::size_t index) const;
 
-  /// Adds a finding about the document.
+  /// Adds a finding about the document. After 10,000 findings they are only counted.
   void Add(Code code, std::size_t offset, std::string what, std::string mend);
 
   /// Adds one about a rule, or about a dependency of it.
@@ -74,6 +80,9 @@ class Document {
   [[nodiscard]] Findings SortedFindings() const;
 
  private:
+  void Add(std::optional<std::size_t> rule, Code code, std::size_t offset, std::string what,
+           std::string mend);
+
   std::string mPath;
   std::string mText;
   TextPlaces mPlaces;
@@ -81,6 +90,8 @@ class Document {
   std::optional<JsonNode> mRoot;
   std::vector<RuleElement> mRules;
   Findings mFindings;
+  bool mHasErrors = false;
+  std::size_t mUntold = 0;  ///< findings that came after so many
 };
 
 }  // namespace authoring

@@ -52,9 +52,9 @@ TEST(FormTest, FindsMissingDefaults) {
 
 TEST(FormTest, FindsUnknownAndDuplicateKeys) {
   const auto findings = testsupport::LintRules(
-      "{\"name\": \"A\", \"type\": \"OS\",\n \"eror_level\": \"WARN\",\n \"name\": \"B\", \"examples\": 1, "
+      "{\"name\": \"A\", \"type\": \"OS\",\n \"eror_level\": \"WARN\",\n \"name\": \"B\", \"examples\": {}, "
       "\"zzzz\": 1}");
-  ASSERT_EQ(CodesAndPlaces(findings), (std::vector<std::string>{"BL106 2:2", "BL107 3:2", "BL107 4:30"}));
+  ASSERT_EQ(CodesAndPlaces(findings), (std::vector<std::string>{"BL106 2:2", "BL107 3:2", "BL107 4:31"}));
   EXPECT_EQ(findings[0].mRuleName, "B");
   EXPECT_EQ(findings[1].mMend, "Did you mean \"error_level\"? Remarks belong under \"comment\".");
   EXPECT_EQ(findings[2].mMend.rfind("Known are \"name\", \"type\", ", 0), 0U) << findings[2].mMend;

@@ -5,7 +5,7 @@ namespace {
 using testsupport::CodesRow;
 
 std::string Rule(const std::string& members) {
-  return R"({"name": "A", "type": "Video", )" + members + "}";
+  return R"({"name": "A B", "type": "Video", )" + members + "}";
 }
 
 TEST(VersionsTest, FindsRangesThatDoNotHoldWhatTheySay) {
@@ -71,8 +71,8 @@ TEST(VersionsTest, FindsRangesOutOfTheReachOfMaskAndModulus) {
       {"4294967295.0.0.0", "", "5.0.0.1-5.+", {"BL305"}},
       {"", "10", "0.0.0.1-0.0.0.5", {"BL305"}},
       // The first number may be larger, so that the others do not matter.
-      {"4294967295.0.0.0", "", "5.0.0.1-6.0", {}},
-      {"4294967295.0.0.0", "", "5.1-6.0", {}},
+      {"4294967295.0.0.0", "", "5.0.0.1-6.0", {"BL306"}},
+      {"4294967295.0.0.0", "", "5.1-6.0", {"BL306"}},
       // An end that limits nothing, or not where it seems to.
       {"0.0.+", "", "0.0.15.0-31.0.15.4000", {"BL306"}},
       {"0.0.+", "0.0.10.+", "0.0.5.0-0.0.15.0", {"BL306"}},
@@ -102,14 +102,14 @@ TEST(VersionsTest, FindsRangesThatLieWithinAnother) {
   } rows[] = {
       {R"("1.0-2.0", "3.0-4.0")", {}},
       {R"("1.0-2.0", "2.0-3.0")", {}},
-      {R"("1.0-3.0", "2.0")", {"BL307 2:57"}},
-      {R"("2.0", "1.0-3.0")", {"BL307 2:46"}},
-      {R"("2.0", "2.0")", {"BL307 2:53"}},
-      {R"("1.0-9.0", "2.0-3.0", "4.0-5.0")", {"BL307 2:57", "BL307 2:68"}},
+      {R"("1.0-3.0", "2.0")", {"BL307 2:59"}},
+      {R"("2.0", "1.0-3.0")", {"BL307 2:48"}},
+      {R"("2.0", "2.0")", {"BL307 2:55"}},
+      {R"("1.0-9.0", "2.0-3.0", "4.0-5.0")", {"BL307 2:59", "BL307 2:70"}},
   };
   for (const auto& row : rows) {
     const std::string rule =
-        R"({"name": "A", "type": "Video", "versions": [ )" + std::string(row.mRanges) + "]}";
+        R"({"name": "A B", "type": "Video", "versions": [ )" + std::string(row.mRanges) + "]}";
     EXPECT_EQ(testsupport::CodesAndPlaces(testsupport::LintRules(rule)), row.mPlaces) << row.mRanges;
   }
 }
@@ -119,7 +119,7 @@ TEST(VersionsTest, LooksIntoDependencies) {
       R"("dependencies": [{"name": "Windows", "type": "OS", "dependencies": [{"name": "B", "type": "OS", "versions": ["5.0-"]}]}])"));
   ASSERT_EQ(testsupport::Codes(findings), std::vector<std::string>{"BL302"});
   EXPECT_EQ(findings[0].mRule, 0U);
-  EXPECT_EQ(findings[0].mRuleName, "A");
+  EXPECT_EQ(findings[0].mRuleName, "A B");
 }
 
 TEST(VersionsTest, TellsHowToMend) {
