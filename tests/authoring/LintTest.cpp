@@ -50,13 +50,13 @@ bool SaysRefused(const Finding& finding) {
 
 void ExpectAgreement(const std::string& text) {
   const authoring::Findings findings = testsupport::LintText(text);
-  const testsupport::TestHost host;
   EXPECT_EQ(SCRBlocklist(text).Verify(), std::none_of(findings.begin(), findings.end(), SaysRefused))
       << text.substr(0, 2000) << '\n'
       << testing::PrintToString(testsupport::CodesAndPlaces(findings));
 }
 
 TEST(LintTest, AgreesWithTheReaderOnEveryCorpus) {
+  const testsupport::TestHost host;
   for (const char* const folder :
        {"blocklist", "json", "rule", "snapshot", "state", "localisation", "expression"}) {
     for (const std::string& text : TextsOf(folder)) ExpectAgreement(text);
@@ -65,6 +65,7 @@ TEST(LintTest, AgreesWithTheReaderOnEveryCorpus) {
 }
 
 TEST(LintTest, AgreesWithTheReaderOnDamagedLists) {
+  const testsupport::TestHost host;
   std::vector<std::string> texts = TextsOf("blocklist");
   for (const std::string& rule : TextsOf("rule")) texts.push_back(testsupport::ListOfRules(rule));
   const std::string signs = "\"\\{}[],:0129.e-+tfn \n\xC3\x80";
