@@ -65,6 +65,7 @@ int Run(int argumentCount, char** arguments) {
   app::AddReportVerb(application, exitCode);
   app::AddComponentsVerb(application, exitCode);
   app::AddCheckVerb(application, exitCode);
+  app::AddLintVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
   app::AddShowVerb(application, exitCode);
   app::AddLaunchVerb(application, exitCode);

@@ -10,12 +10,13 @@ namespace app {
 enum class ExitCode : int {
   kSuccess = 0,
   kFailure = 1,        ///< bad input, wrong use, or something could not be done
-  kSeriousIssues = 2,  ///< `scr check` found issues of level WARN, ERROR or FATAL
+  kSeriousIssues = 2,  ///< `scr check` found issues of level WARN, ERROR or FATAL, `scr lint` errors
 };
 
 void AddReportVerb(CLI::App& application, ExitCode& exitCode);
 void AddComponentsVerb(CLI::App& application, ExitCode& exitCode);
 void AddCheckVerb(CLI::App& application, ExitCode& exitCode);
+void AddLintVerb(CLI::App& application, ExitCode& exitCode);
 void AddStateVerb(CLI::App& application, ExitCode& exitCode);
 void AddShowVerb(CLI::App& application, ExitCode& exitCode);
 void AddLaunchVerb(CLI::App& application, ExitCode& exitCode);

@@ -34,6 +34,7 @@ endif()
 install(TARGETS scr RUNTIME COMPONENT program)
 install(DIRECTORY data/SystemCompatibilityReport data/translations
   DESTINATION ${CMAKE_INSTALL_DATADIR}/scr COMPONENT program)
+install(FILES data/blocklist.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/scr COMPONENT program)
 
 install(DIRECTORY platform DESTINATION ${headers} COMPONENT development FILES_MATCHING PATTERN "*.h")
 file(GLOB public_headers CONFIGURE_DEPENDS qelsystemcompatibilityreport/*.h)

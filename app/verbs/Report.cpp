@@ -1,12 +1,15 @@
-// `scr report`: the text report of this machine.
+// `scr report`: the report of this machine, as text or JSON.
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
+#include <string>
+#include <system_error>
 
 #include "app/Diagnostics.h"
 #include "app/InputFile.h"
 #include "app/Output.h"
+#include "app/ReportFacts.h"
 #include "app/Verbs.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Localisation.h"
@@ -48,16 +51,48 @@ void RunReport(const std::string& path) {
   diagnostics.PrintProblems();
 }
 
-void Report(const std::optional<std::string>& outputPath) {
-  if (outputPath) {
-    if (outputPath->empty()) throw UserError("--output: the name of a file is missing");
-    RunReport(std::filesystem::absolute(*outputPath).string());
-    return;
+struct Arguments {
+  std::optional<std::string> mOutputPath;
+  bool mAsJSON = false;
+};
+
+void WriteFile(const std::string& path, const std::string& content) {
+  try {
+    const qelcore::filesupport::File file(qelcore::string::UTF8to16(path));
+    file.Create(false);
+    qelcore::filesupport::OPlatformByteStream stream(file);
+    stream.Write(content);
+    stream.Close();
+  } catch (const std::system_error& error) {
+    throw UserError(error.what());
   }
-  const TemporaryFile file;
-  RunReport(file.Path());
-  // A file keeps what the blocklist says byte for byte; a terminal would act upon it.
-  Print(PrintableLines(ReadInputFile(file.Path())));
+}
+
+/// The report's facts. The text is made as well and left aside: it is the run that remembers the issues.
+std::string RunReportAsJSON() {
+  const ReportFacts facts;
+  const TemporaryFile text;
+  RunReport(text.Path());
+  return facts.WriteJSON();
+}
+
+void Report(const Arguments& arguments) {
+  if (arguments.mOutputPath && arguments.mOutputPath->empty()) {
+    throw UserError("--output: the name of a file is missing");
+  }
+  const std::string path =
+      arguments.mOutputPath ? std::filesystem::absolute(*arguments.mOutputPath).string() : std::string();
+  if (arguments.mAsJSON) {
+    const std::string document = RunReportAsJSON();
+    path.empty() ? Print(document) : WriteFile(path, document);
+  } else if (!path.empty()) {
+    RunReport(path);
+  } else {
+    const TemporaryFile file;
+    RunReport(file.Path());
+    // A file keeps what the blocklist says byte for byte; a terminal would act upon it.
+    Print(PrintableLines(ReadInputFile(file.Path())));
+  }
 }
 
 }  // namespace
@@ -69,10 +104,13 @@ void AddReportVerb(CLI::App& application, ExitCode&) {
       "The issues are remembered, so that later runs can tell new ones from old.\n"
       "\n"
       "  scr report                       on standard output\n"
-      "  scr report --output report.txt   into a file\n");
-  const auto outputPath = std::make_shared<std::optional<std::string>>();
-  verb->add_option("-o,--output", *outputPath, "File to write, in place of what is there")->type_name("FILE");
-  verb->callback([outputPath] { Report(*outputPath); });
+      "  scr report --output report.txt   into a file\n"
+      "  scr report --json                the same facts as one JSON document\n");
+  const auto arguments = std::make_shared<Arguments>();
+  verb->add_option("-o,--output", arguments->mOutputPath, "File to write, in place of what is there")
+      ->type_name("FILE");
+  verb->add_flag("--json", arguments->mAsJSON, "One JSON document instead of the text");
+  verb->callback([arguments] { Report(*arguments); });
 }
 
 }  // namespace app

@@ -1,0 +1,34 @@
+#include "authoring/checks/Keys.h"
+
+#include <unordered_set>
+
+#include "authoring/model/KnownKeys.h"
+#include "authoring/model/Words.h"
+
+namespace authoring {
+
+void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNode& object,
+               std::span<const std::string_view> known) {
+  const auto add = [&](Code code, const JsonMember& member, const std::string& what,
+                       const std::string& mend) {
+    if (rule) {
+      document.AddToRule(*rule, code, member.mKeyOffset, what, mend);
+    } else {
+      document.Add(code, member.mKeyOffset, what, mend);
+    }
+  };
+  std::unordered_set<std::string_view> later;
+  for (auto member = object.mMembers.rbegin(); member != object.mMembers.rend(); ++member) {
+    const std::string key = Quoted(member->mKey);
+    if (!later.insert(member->mKey).second) {
+      add(Code::kDuplicateKey, *member,
+          "the key " + key + " stands in this object again, and only the last one counts",
+          "Keep one of them.");
+    } else if (!Contains(known, member->mKey)) {
+      add(Code::kUnknownKey, *member, "the key " + key + " is unknown and ignored",
+          DidYouMean(known, member->mKey) + " Remarks belong under \"comment\".");
+    }
+  }
+}
+
+}  // namespace authoring

@@ -1,0 +1,33 @@
+#include "authoring/json/TextPlaces.h"
+
+#include <algorithm>
+
+namespace authoring {
+
+TextPlaces::TextPlaces(std::string_view text) : mText(text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  mLineStarts.push_back(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
+  for (std::size_t place = text.find('\n'); place != std::string_view::npos;
+       place = text.find('\n', place + 1)) {
+    mLineStarts.push_back(place + 1);
+  }
+}
+
+Place TextPlaces::At(std::size_t offset) const {
+  const std::size_t end = std::min(offset, mText.size());
+  const auto next = std::upper_bound(mLineStarts.begin() + 1, mLineStarts.end(), end);
+  const std::size_t start = *(next - 1);
+  const std::string_view before = mText.substr(start, end < start ? 0 : end - start);
+  // A character of several bytes has one that begins it.
+  const auto characters = std::count_if(before.begin(), before.end(), [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+  });
+  return {static_cast<std::size_t>(next - mLineStarts.begin()), static_cast<std::size_t>(characters) + 1};
+}
+
+Place TextPlaces::AtByteColumn(std::size_t line, std::size_t column) const {
+  if (line == 0 || line > mLineStarts.size()) return {};
+  return At(mLineStarts[line - 1] + column - 1);
+}
+
+}  // namespace authoring

@@ -1,0 +1,97 @@
+#include "authoring/model/Document.h"
+
+#include <algorithm>
+
+#include "platform/qelcore/Json.h"
+
+namespace authoring {
+
+namespace json = qelcore::json;
+
+namespace {
+
+constexpr std::size_t kMostFindings = 10'000;
+
+}  // namespace
+
+Document::Document(std::string path, std::string text)
+    : mPath(std::move(path)), mText(std::move(text)), mPlaces(mText) {
+  json::ParseError error;
+  mValue = json::Parse(mText, &error);
+  if (!mValue.has_value()) {
+    Add(Code::kNotJson, 0,
+        "the file is not JSON: " + error.mMessage.substr(0, error.mMessage.find_last_not_of('.') + 1),
+        "Nothing is read of the list. Look at the end of what stands before this place: a comma, a quotation "
+        "mark or "
+        "a bracket may be missing or one too many.");
+    mFindings.back().mPlace = mPlaces.AtByteColumn(error.mLine, error.mColumn);
+    return;
+  }
+  JsonNode root = ReadJsonTree(mText);
+  if (!root.Is(JsonKind::kObject)) {
+    Add(Code::kNotAnObject, root.mOffset,
+        std::string("the document is ") + Describe(root.mKind) + ", not an object",
+        "Nothing is read of the list. Put the rules into {\"blocklist_version\": 1, \"blocklist\": [...]}.");
+    return;
+  }
+  mRoot = std::move(root);
+}
+
+bool Document::HasReadableRules() const {
+  return std::all_of(mRules.begin(), mRules.end(), [](const RuleElement& rule) { return rule.mIsReadable; });
+}
+
+std::string Document::DefaultText(OSComponentType kind, std::string_view key) const {
+  const JsonNode* const defaults = mRoot ? mRoot->Find("default_info") : nullptr;
+  const JsonNode* const entry =
+      defaults == nullptr ? nullptr : defaults->Find(qelcore::utility::ComponentTypeToString(kind));
+  const std::string* const text = entry == nullptr ? nullptr : entry->FindText(key);
+  return text == nullptr ? std::string() : *text;
+}
+
+const std::any& Document::RuleValue(std::size_t index) const {
+  return json::FindArray(json::AsDictionary(mValue), "blocklist")->at(index);
+}
+
+void Document::Add(Code code, std::size_t offset, std::string what, std::string mend) {
+  Add(std::nullopt, code, offset, std::move(what), std::move(mend));
+}
+
+void Document::AddToRule(std::size_t rule, Code code, std::size_t offset, std::string what,
+                         std::string mend) {
+  Add(rule, code, offset, std::move(what), std::move(mend));
+}
+
+void Document::Add(std::optional<std::size_t> rule, Code code, std::size_t offset, std::string what,
+                   std::string mend) {
+  // The first error is told of in any case: it decides whether the list is fit for use.
+  const bool isFirstError = DescriptionOf(code).mSeverity == Severity::kError && !mHasErrors;
+  mHasErrors |= isFirstError;
+  if (mFindings.size() >= kMostFindings && !isFirstError) {
+    ++mUntold;
+    return;
+  }
+  mFindings.push_back({code, mPath, mPlaces.At(offset), rule, {}, std::move(what), std::move(mend)});
+}
+
+Findings Document::SortedFindings() const {
+  Findings sorted = mFindings;
+  // Those of the form are made before there are rules.
+  for (Finding& finding : sorted) {
+    if (finding.mRule && *finding.mRule < mRules.size()) finding.mRuleName = mRules[*finding.mRule].mName;
+  }
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const Finding& left, const Finding& right) { return left.mPlace < right.mPlace; });
+  if (mUntold > 0) {
+    sorted.push_back({Code::kTooManyFindings,
+                      mPath,
+                      mPlaces.At(0),
+                      std::nullopt,
+                      {},
+                      std::to_string(mUntold) + " more findings are not told",
+                      "Mend these first."});
+  }
+  return sorted;
+}
+
+}  // namespace authoring
