@@ -1,10 +1,10 @@
 #include "app/HostOptions.h"
 
-#include <filesystem>
 #include <regex>
 
 #include "app/Diagnostics.h"
 #include "app/Output.h"
+#include "app/Paths.h"
 #include "host/qelcore/HostSetup.h"
 
 namespace app {
@@ -16,11 +16,17 @@ namespace {
 /// Errors are recorded even when nobody asked for a trace.
 constexpr int kTraceErrors = 1;
 
+#if defined(_WIN32)
+constexpr const char* kUsualPlace = R"(%APPDATA%\scr)";
+#else
+constexpr const char* kUsualPlace = "~/.config/scr";
+#endif
+
 /// The path that an option names; empty when the option was not given.
-std::string AbsolutePath(const char* option, const std::optional<std::string>& path) {
+std::string DirectoryOf(const char* option, const std::optional<std::string>& path) {
   if (!path) return {};
   if (path->empty()) throw UserError(std::string(option) + ": the name of a directory is missing");
-  return std::filesystem::absolute(*path).lexically_normal().string();
+  return ToUTF8(ToPath(AbsolutePath(*path)).lexically_normal());
 }
 
 void CheckLanguage(const std::string& language) {
@@ -35,8 +41,9 @@ void CheckLanguage(const std::string& language) {
 
 void HostOptions::AddTo(CLI::App& application) {
   application
-      .add_option("--pref-dir", mPreferencesDirectory,
-                  "Directory of preferences, remembered state and log (usually ~/.config/scr)")
+      .add_option(
+          "--pref-dir", mPreferencesDirectory,
+          std::string("Directory of preferences, remembered state and log (usually ") + kUsualPlace + ")")
       ->type_name("DIR");
   application
       .add_option("--app-dir", mApplicationDirectory,
@@ -57,10 +64,10 @@ void HostOptions::AddTo(CLI::App& application) {
 
 void HostOptions::SetUpHost() const {
   if (mLanguage) CheckLanguage(*mLanguage);
-  const std::string preferences = AbsolutePath("--pref-dir", mPreferencesDirectory);
+  const std::string preferences = DirectoryOf("--pref-dir", mPreferencesDirectory);
   // The log goes with the preferences, so that a run with a directory of its own leaves the user's alone.
   host::SetDirectories({.mPreferences = preferences,
-                        .mApplication = AbsolutePath("--app-dir", mApplicationDirectory),
+                        .mApplication = DirectoryOf("--app-dir", mApplicationDirectory),
                         .mDocuments = {},
                         .mState = preferences});
   if (mLanguage) host::SetApplicationLanguage(*mLanguage);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Arguments.h"
 #include "app/HostOptions.h"
 #include "app/LibrarySearch.h"
 #include "app/Output.h"
@@ -46,7 +47,7 @@ class HostProcess {
   HostProcess& operator=(const HostProcess&) = delete;
 };
 
-int Run(int argumentCount, char** arguments) {
+int Run(const std::vector<std::string>& arguments) {
   app::ExitCode exitCode = app::ExitCode::kSuccess;
   app::HostOptions hostOptions;
   const HostProcess hostProcess;
@@ -78,7 +79,7 @@ int Run(int argumentCount, char** arguments) {
   app::AddSettingsVerb(application, exitCode);
 
   try {
-    application.parse(argumentCount, arguments);
+    application.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::Success& help) {
     return application.exit(help);
   } catch (const CLI::ParseError& error) {
@@ -94,7 +95,7 @@ int main(int argumentCount, char** arguments) {
   qelcore::host::ReserveStandardStreams();
   app::RestrictLibrarySearch();
   try {
-    return Run(argumentCount, arguments);
+    return Run(app::ProgramArguments(argumentCount, arguments));
   } catch (const std::exception& error) {
     app::PrintDiagnostic(error.what());
   }

@@ -1,13 +1,13 @@
 // `scr events`: what was recorded for analytics.
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <system_error>
 #include <variant>
 
 #include "app/Output.h"
+#include "app/Paths.h"
 #include "app/Verbs.h"
 #include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
@@ -74,7 +74,7 @@ void WarnOfDamage(const std::string& file, std::size_t damagedLines) {
 
 /// Prints the records of a file as JSON Lines.
 void PrintJson(const std::string& file) {
-  const host::JsonLinesLog log(std::filesystem::path(file).filename().string(), "app::PrintJson");
+  const host::JsonLinesLog log(ToUTF8(ToPath(file).filename()), "app::PrintJson");
   const host::JsonLines lines = log.Read();
   std::string text;
   for (const qelcore::json::Dictionary& object : lines.mObjects)

@@ -9,6 +9,7 @@
 #include "app/Diagnostics.h"
 #include "app/InputFile.h"
 #include "app/Output.h"
+#include "app/Paths.h"
 #include "app/ReportFacts.h"
 #include "app/Verbs.h"
 #include "platform/qelcore/Files.h"
@@ -26,12 +27,12 @@ class TemporaryFile {
   TemporaryFile() {
     std::random_device random;
     const std::string name = "scr-report-" + std::to_string(random()) + std::to_string(random()) + ".txt";
-    mPath = (std::filesystem::temp_directory_path() / name).string();
+    mPath = ToUTF8(std::filesystem::temp_directory_path() / name);
     qelcore::filesupport::File(qelcore::string::UTF8to16(mPath)).Create(true);
   }
   ~TemporaryFile() {
     std::error_code ignored;
-    std::filesystem::remove(mPath, ignored);
+    std::filesystem::remove(ToPath(mPath), ignored);
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -81,7 +82,7 @@ void Report(const Arguments& arguments) {
     throw UserError("--output: the name of a file is missing");
   }
   const std::string path =
-      arguments.mOutputPath ? std::filesystem::absolute(*arguments.mOutputPath).string() : std::string();
+      arguments.mOutputPath ? AbsolutePath(*arguments.mOutputPath) : std::string();
   if (arguments.mAsJSON) {
     const std::string document = RunReportAsJSON();
     path.empty() ? Print(document) : WriteFile(path, document);

@@ -66,7 +66,8 @@ QELCORE_EXPORT void SetAppState(appstatemanager::AppState state);
 /// an initializer failed; each failure is traced.
 QELCORE_EXPORT bool BeginProcess();
 
-/// Runs the termination actions, the last registered first. Called once, before the program ends.
+/// Runs the termination actions, the last registered first, and then drops the tasks that still wait for the
+/// main thread. Called once, before the program ends or a library is unloaded.
 QELCORE_EXPORT void EndProcess();
 
 // ---- Machine ----------------------------------------------------------------------------------------------

@@ -40,6 +40,17 @@ TEST_F(ReportVerbTest, ReportIntoAFile) {
   ExpectReport(mFiles.Read("report.txt"));
 }
 
+TEST_F(ReportVerbTest, NamesOfFilesAreOfAnyLanguage) {
+  const std::string directory = "Préférences 日本 😀";
+  Write(directory + "/SystemCompatibilityReport/blocklist.en_US.json", Blocklist(kSystemRule));
+  const auto result = Run({"--pref-dir", Path(directory), "--app-dir", Path(directory), "report", "--output",
+                           "Bericht für Jürgen 報告.txt"});
+  EXPECT_EQ(result.mExitCode, 0);
+  EXPECT_EQ(result.mOutput + result.mErrors, "");
+  ExpectReport(mFiles.Read("Bericht für Jürgen 報告.txt"));
+  EXPECT_TRUE(Exists(directory + "/SCRPriorState.json"));
+}
+
 TEST_F(ReportVerbTest, ReportWithoutABlocklistListsTheComponents) {
   const auto result = Scr({"report"});
   EXPECT_EQ(result.mExitCode, 0);

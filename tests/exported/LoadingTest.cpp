@@ -16,6 +16,7 @@
 #include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/Config.h"
+#include "platform/qelcore/Threads.h"
 #include "tests/support/TestHost.h"
 
 namespace {
@@ -34,6 +35,16 @@ bool Unload(void* library) {
   return FreeLibrary(static_cast<HMODULE>(library)) != FALSE;
 #else
   return dlclose(library) == 0;
+#endif
+}
+
+bool IsLoaded() {
+#if defined(_WIN32)
+  return GetModuleHandleA(QELSCR_LIBRARY) != nullptr;
+#else
+  void* const library = dlopen(QELSCR_LIBRARY, RTLD_LAZY | RTLD_NOLOAD);
+  if (library != nullptr) dlclose(library);
+  return library != nullptr;
 #endif
 }
 
@@ -61,6 +72,7 @@ TEST(LoadingTest, ALibraryThatIsUnloadedBeforeTheStartHasNoPartInIt) {
   void* const library = Load();
   ASSERT_NE(library, nullptr);
   EXPECT_TRUE(Unload(library));
+  EXPECT_FALSE(IsLoaded());
   EXPECT_FALSE(StartsWithTheLibrary());
   qelcore::host::EndProcess();
 }
@@ -73,9 +85,21 @@ TEST(LoadingTest, ALibraryThatIsUnloadedAfterTheEndLeavesNothingToRun) {
   qelcore::host::SetAppState(qelcore::appstatemanager::AppState::kPostStartup);
   qelcore::host::EndProcess();
   EXPECT_TRUE(Unload(library));
+  EXPECT_FALSE(IsLoaded());
   // What it registered for these is gone, so that nothing is called that is not there any more.
   qelcore::host::SetAppState(qelcore::appstatemanager::AppState::kEnded);
   EXPECT_TRUE(qelcore::host::BeginProcess());
+}
+
+TEST(LoadingTest, ALibraryThatIsUnloadedLeavesNoTasks) {
+  const testsupport::TestHost host;
+  void* const library = Load();
+  ASSERT_NE(library, nullptr);
+  EXPECT_TRUE(StartsWithTheLibrary());
+  qelcore::threads::AsyncCallFromMainThread([] { FAIL() << "a task ran after the end"; }, 0);
+  qelcore::host::EndProcess();
+  EXPECT_TRUE(Unload(library));
+  EXPECT_EQ(qelcore::host::RunDueMainThreadTasks(), 0U);
 }
 
 }  // namespace

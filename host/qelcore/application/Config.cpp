@@ -9,6 +9,7 @@
 
 #include "host/qelcore/HostSetup.h"
 #include "host/qelcore/application/Application.h"
+#include "host/qelcore/threads/MainThreadQueue.h"
 #include "platform/qelcore/Trace.h"
 
 namespace qelcore {
@@ -303,7 +304,7 @@ void EndProcess() {
     {
       const std::lock_guard lock(registrations.mMutex);
       if (registrations.mTerminations.empty()) {
-        return;
+        break;
       }
       termination = std::move(registrations.mTerminations.back());
       registrations.mTerminations.pop_back();
@@ -314,6 +315,8 @@ void EndProcess() {
       LogException(std::current_exception(), termination.mName);
     }
   }
+  // Whoever posted them may be unloaded now.
+  DropMainThreadTasks();
 }
 
 }  // namespace host

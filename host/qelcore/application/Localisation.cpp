@@ -52,8 +52,11 @@ std::vector<std::string> InstalledLanguages(const std::string& folder) {
   std::error_code error;
   std::filesystem::directory_iterator entry(ToPath(folder), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    if (entry->path().extension() == kExtension) {
-      languages.push_back(ToText(entry->path().stem()));
+    const std::filesystem::path name = entry->path().stem();
+    const auto isOfCode = [](auto character) { return character > 0 && character < 0x80; };
+    const bool isCode = std::all_of(name.native().begin(), name.native().end(), isOfCode);
+    if (isCode && entry->path().extension() == kExtension) {
+      languages.push_back(ToText(name));
     }
   }
   std::sort(languages.begin(), languages.end());

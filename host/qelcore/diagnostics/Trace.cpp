@@ -67,7 +67,7 @@ std::unique_ptr<spdlog::sinks::sink> OpenFile(const std::string& directory) {
     const auto path = std::filesystem::path(std::u8string(directory.begin(), directory.end())) / kFileName;
     spdlog::file_event_handlers handlers;
     handlers.before_open = PrepareFile;
-    auto file = std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.string(), kLargestFile,
+    auto file = std::make_unique<spdlog::sinks::rotating_file_sink_st>(path.native(), kLargestFile,
                                                                        kOlderFiles, false, handlers);
     file->set_pattern(kPattern);
     return file;

@@ -35,14 +35,15 @@ std::string TemporaryPathBeside(const std::string& target) {
 /// Removes what processes that were killed in the middle of a save left beside the file that was just saved.
 /// Ages are told by the files' own times, so that a clock that was set does not count.
 void RemoveLeftoversBeside(const std::filesystem::path& saved) {
+  const std::filesystem::path::string_type prefix(kTemporaryPrefix.begin(), kTemporaryPrefix.end());
   std::error_code error;
   const auto now = std::filesystem::last_write_time(saved, error);
   if (error) return;
   std::filesystem::directory_iterator entry(saved.parent_path(), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    const std::u8string name = entry->path().filename().u8string();
-    const std::string_view text(reinterpret_cast<const char*>(name.data()), name.size());
-    if (!text.starts_with(kTemporaryPrefix) || !text.ends_with(kTemporarySuffix)) continue;
+    // Compared as the system has it: not every name can be written in UTF-8.
+    const std::filesystem::path name = entry->path().filename();
+    if (!name.native().starts_with(prefix) || name.extension() != kTemporarySuffix) continue;
     std::error_code entryError;
     const auto written = entry->last_write_time(entryError);
     // A leftover of the future is one, too: the clock was set back, and nothing waits until it has come

@@ -1,3 +1,5 @@
+#include "host/qelcore/threads/MainThreadQueue.h"
+
 #include <algorithm>
 #include <exception>
 #include <memory>
@@ -149,6 +151,17 @@ void RunMainThreadUntil(const std::function<bool()>& finished) {
       Wait(queue, seen);
     }
   }
+}
+
+void DropMainThreadTasks() {
+  Queue& queue = TheQueue();
+  std::vector<Task> dropped;
+  {
+    const std::lock_guard lock(queue.mMutex);
+    dropped.swap(queue.mTasks);
+    queue.mChanged.notify_all();
+  }
+  // What they hold goes without the lock, because it may post.
 }
 
 void WakeMainThread() {

@@ -14,6 +14,9 @@ constexpr std::uint64_t kLargestLimit = 8192;
 constexpr std::uint64_t kLargestLimit = 2048;
 #endif
 
+/// The standard streams and what the C library keeps beside them.
+constexpr std::uint64_t kSmallestLimit = 20;
+
 [[noreturn]] void ThrowInvalid() {
   throw std::system_error(std::make_error_code(std::errc::invalid_argument), "the limit on open files");
 }
@@ -26,7 +29,7 @@ OpenFileLimits GetOpenFileLimits() {
 
 void SetOpenFileLimit(std::uint64_t limit) {
   // The library ends the process for a number that is out of range.
-  if (limit > kLargestLimit || ::_setmaxstdio(static_cast<int>(limit)) == -1) {
+  if (limit < kSmallestLimit || limit > kLargestLimit || ::_setmaxstdio(static_cast<int>(limit)) == -1) {
     ThrowInvalid();
   }
 }

@@ -63,7 +63,9 @@ std::wstring ServerName(CURL* handle) {
       curl_url_get(url.get(), CURLUPART_HOST, &host, 0) != CURLUE_OK)
     return {};
   const std::unique_ptr<char, TextDeleter> owner(host);
-  const std::string_view text = host;
+  std::string_view text = host;
+  // An address of version 6 stands in brackets, which certificates do not have.
+  if (text.starts_with('[') && text.ends_with(']')) text = text.substr(1, text.size() - 2);
   return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring();
 }
 

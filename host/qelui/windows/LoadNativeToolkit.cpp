@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 #include "host/qelui/NativeToolkit.h"
 
@@ -16,8 +15,9 @@ namespace {
 constexpr const wchar_t* kFileName = L"qelui_native.dll";
 
 [[noreturn]] void ThrowSystemError() {
-  const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
-  throw std::runtime_error("there are no windows: qelui_native.dll: " + error.message());
+  // The system's own words are in its language and its code page.
+  throw std::runtime_error("there are no windows: qelui_native.dll cannot be loaded, error " +
+                           std::to_string(GetLastError()) + " of the system");
 }
 
 std::filesystem::path DirectoryOfThisLibrary() {
