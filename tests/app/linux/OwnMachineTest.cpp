@@ -18,7 +18,6 @@
 namespace {
 
 using testsupport::Blocklist;
-using testsupport::SystemRule;
 
 std::string LowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),

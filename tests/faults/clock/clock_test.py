@@ -112,6 +112,19 @@ class ClockTest(unittest.TestCase):
         for moment in times:
             self.assertIn(moment[:10], result.stdout)
 
+    def test_a_full_log_is_put_aside_at_any_time(self):
+        log = self.preferences / "analytics-events.jsonl"
+        older = self.preferences / "analytics-events.jsonl.1"
+        for shift in SHIFTS:
+            with self.subTest(shift=shift):
+                self.expect_report(shift)
+                full = log.read_text() + "\n" * 2**20
+                log.write_text(full)
+                self.expect_report(shift)
+                self.assertEqual(older.read_text(), full)
+                self.assertLess(log.stat().st_size, 2**20)
+                self.assertGreater(len(self.times("analytics-events.jsonl")), 0)
+
     def test_saved_properties_hold_for_a_day_of_the_clock(self):
         # The right clock, one that was set back, and one that was set ahead, with the share that is read afresh.
         for shift, is_fresh in ((23 * HOUR, True), (25 * HOUR, False), (10 * YEAR, False), (-HOUR, False),
