@@ -19,7 +19,6 @@ namespace json = qelcore::json;
 using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentRegistry;
 using qelsystemcompatibilityreport::SCRRule;
-using qelsystemcompatibilityreport::SCRRuleErrorLevel;
 
 namespace {
 

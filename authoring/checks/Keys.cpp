@@ -1,5 +1,6 @@
 #include "authoring/checks/Keys.h"
 
+#include <ranges>
 #include <unordered_set>
 
 #include "authoring/model/KnownKeys.h"
@@ -18,15 +19,15 @@ void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNo
     }
   };
   std::unordered_set<std::string_view> later;
-  for (auto member = object.mMembers.rbegin(); member != object.mMembers.rend(); ++member) {
-    const std::string key = Quoted(member->mKey);
-    if (!later.insert(member->mKey).second) {
-      add(Code::kDuplicateKey, *member,
+  for (const JsonMember& member : std::views::reverse(object.mMembers)) {
+    const std::string key = Quoted(member.mKey);
+    if (!later.insert(member.mKey).second) {
+      add(Code::kDuplicateKey, member,
           "the key " + key + " stands in this object again, and only the last one counts",
           "Keep one of them.");
-    } else if (!Contains(known, member->mKey)) {
-      add(Code::kUnknownKey, *member, "the key " + key + " is unknown and ignored",
-          DidYouMean(known, member->mKey) + " Remarks belong under \"comment\".");
+    } else if (!Contains(known, member.mKey)) {
+      add(Code::kUnknownKey, member, "the key " + key + " is unknown and ignored",
+          DidYouMean(known, member.mKey) + " Remarks belong under \"comment\".");
     }
   }
 }

@@ -1,6 +1,5 @@
 // Lists of several languages, which have to agree in everything but their texts.
 #include <algorithm>
-#include <cctype>
 #include <set>
 #include <string>
 #include <string_view>
@@ -34,10 +33,9 @@ LanguageFile Split(std::string_view path) {
   if (point == std::string_view::npos) return {};
   const std::string_view language = path.substr(point + 1);
   const std::size_t letters = std::min(language.find('_'), language.size());
+  constexpr std::string_view kCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
   const bool isLanguage =
-      letters >= 2 && letters <= 3 && std::all_of(language.begin(), language.end(), [](char character) {
-        return character == '_' || std::isalnum(static_cast<unsigned char>(character)) != 0;
-      });
+      letters >= 2 && letters <= 3 && language.find_first_not_of(kCharacters) == std::string_view::npos;
   return isLanguage ? LanguageFile{path.substr(0, point + 1), language} : LanguageFile{};
 }
 

@@ -1,7 +1,6 @@
 // The paths of file rules.
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string>
 #include <string_view>
 
@@ -47,10 +46,11 @@ constexpr std::array<std::string_view, 13> kLinuxNames = {
     "TMPDIR",         "SNAP",           "APPDIR"};
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](char first, char second) {
-    return std::tolower(static_cast<unsigned char>(first)) ==
-           std::tolower(static_cast<unsigned char>(second));
-  });
+  const auto lower = [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](char first, char second) { return lower(first) == lower(second); });
 }
 
 class PathCheck {

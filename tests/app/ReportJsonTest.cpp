@@ -90,6 +90,14 @@ TEST_F(ReportJsonTest, FileIssuesBelongToNoComponent) {
   }
 }
 
+TEST_F(ReportJsonTest, IsASnapshotToo) {
+  const std::string list = Write("list.json", Blocklist(kKernel));
+  const auto result =
+      Scr({"check", list, "--machine", Write("report.json", Scr({"report", "--json"}).mOutput)});
+  EXPECT_EQ(result.mExitCode, 2) << result.mErrors;
+  EXPECT_NE(result.mOutput.find("report.json: 1 issue\n"), std::string::npos) << result.mOutput;
+}
+
 TEST_F(ReportJsonTest, GoesIntoAFile) {
   Write("report.json", std::string(100'000, 'x'));
   const auto result = Scr({"report", "--json", "--output", "report.json"});
