@@ -71,12 +71,9 @@ class QELSCR_EXPORT SCRBlocklist {
  private:
   friend struct SCRBlocklistTestAccess;
 
-  class TextReader;
-
-  void Clear();
   void Read(const std::string& json);
-  /// Reads member by member, in the order that the constructor documents, and logs what is wrong with a rule.
   void ReadFromDictionary(const std::string& json);
+  void ReadDocument(const qelcore::json::View& root);
   void ReadRules(const qelcore::json::View& elements);
   void ReadDefaults(const qelcore::json::View& defaults);
   [[nodiscard]] const DefaultInfoAndURL& GetDefaultInfoAndURL(OSComponentType kind) const;

@@ -198,11 +198,10 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   friend class SCRBlocklist;
   class MatchingRun;
 
-  /// Reads the JSON form of a value in memory or of a text as `FromJSON` does; fields are empty before.
-  /// Throws `TypeError` where that logs. Where a dependency cannot be read, `keepBrokenDependencies` says
-  /// whether it is logged and kept as one that matches nothing, or false is returned.
-  [[nodiscard]] bool ReadFields(const qelcore::json::View& value, bool keepBrokenDependencies);
-  [[nodiscard]] bool ReadLogging(const qelcore::json::View& value);
+  /// Reads the JSON form as `FromJSON` does, into fields that are empty.
+  [[nodiscard]] bool ReadRule(const qelcore::json::View& value);
+  /// The same, but throws `TypeError` where that logs.
+  [[nodiscard]] bool ReadFields(const qelcore::json::View& value);
 
   /// `FindMatchingOSComponents` on components that were prepared for many rules.
   [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(

@@ -30,12 +30,6 @@ constexpr std::string_view kInfoURL = "info_url";
 constexpr std::array kDocumentKeys{kBlocklistVersion, kBlocklist, kDefaultInfo, kSecondWarning};
 constexpr std::array kTextKeys{kInfoMessage, kInfoURL};
 
-/// The version is a gate and is not kept. Any number but 0 passes.
-bool IsKnownVersion(const json::View& member) {
-  const std::optional<std::uint64_t> version = member.Integer();
-  return version && static_cast<std::uint32_t>(*version) != 0;
-}
-
 std::array<std::string, kOSComponentTypeCount> KindNames() {
   std::array<std::string, kOSComponentTypeCount> names;
   for (std::size_t kind = 0; kind < names.size(); ++kind) {
@@ -70,61 +64,14 @@ SCRBlocklist& SCRBlocklist::operator=(const SCRBlocklist&) = default;
 SCRBlocklist& SCRBlocklist::operator=(SCRBlocklist&&) noexcept = default;
 SCRBlocklist::~SCRBlocklist() = default;
 
-/// Reads a sound document on the way through its text, without a dictionary, which would take ten times as
-/// long and much more memory. Nothing is logged: at the first fault it gives up.
-class SCRBlocklist::TextReader : public json::TextVisitor {
- public:
-  explicit TextReader(SCRBlocklist& blocklist) : mBlocklist(blocklist) {}
-
-  /// Whether the whole document was sound. If not, the blocklist is as empty as before.
-  bool Read(const std::string& text) {
-    try {
-      if (json::WalkThroughObject(text, kBlocklist, *this) && mHasVersion) return true;
-    } catch (const json::TypeError&) {
-      // What is wrong is said by whoever reads the document again.
-    } catch (...) {
-      mBlocklist.Clear();
-      throw;
-    }
-    mBlocklist.Clear();
-    return false;
-  }
-
-  bool OnMember(std::string_view key, const json::View& value) override {
-    if (key == kBlocklistVersion) {
-      mHasVersion = IsKnownVersion(value);
-    } else if (key == kDefaultInfo) {
-      mBlocklist.ReadDefaults(value);
-    } else if (key == kSecondWarning) {
-      mBlocklist.mSecondWarning = *value.Text();
-    }
-    return key != kBlocklist;
-  }
-
-  bool OnArray(std::size_t count) override {
-    mBlocklist.mRules.clear();
-    mBlocklist.mRules.reserve(count);
-    return true;
-  }
-
-  bool OnElement(const json::View& element) override {
-    return mBlocklist.mRules.emplace_back().ReadFields(element, false);
-  }
-
- private:
-  SCRBlocklist& mBlocklist;
-  bool mHasVersion = false;
-};
-
-void SCRBlocklist::Clear() {
-  mRules.clear();
-  mDefaults.assign(kOSComponentTypeCount, {});
-  mSecondWarning.clear();
-}
-
 void SCRBlocklist::Read(const std::string& json) {
-  Clear();
-  if (!TextReader(*this).Read(json)) ReadFromDictionary(json);
+  mDefaults.resize(kOSComponentTypeCount);
+  const json::Document document(json);
+  if (document.Root().IsThere()) {
+    ReadDocument(document.Root());
+  } else {
+    ReadFromDictionary(json);
+  }
 }
 
 void SCRBlocklist::ReadFromDictionary(const std::string& json) {
@@ -136,8 +83,14 @@ void SCRBlocklist::ReadFromDictionary(const std::string& json) {
                                                      std::to_string(error.mColumn);
     throw std::runtime_error("the blocklist is not JSON" + place + ": " + error.mMessage);
   }
-  const auto [version, rules, defaults, secondWarning] = json::View(root).Members(kDocumentKeys);
-  if (!IsKnownVersion(version)) return;
+  ReadDocument(json::View(root));
+}
+
+void SCRBlocklist::ReadDocument(const json::View& root) {
+  const auto [version, rules, defaults, secondWarning] = root.Members(kDocumentKeys);
+  // The version is a gate and is not kept. Any number but 0 passes.
+  const std::optional<std::uint64_t> number = version.Integer();
+  if (!number || static_cast<std::uint32_t>(*number) == 0) return;
   ReadRules(rules);
   ReadDefaults(defaults);
   mSecondWarning = secondWarning.Text().value_or(std::string_view());
@@ -151,13 +104,12 @@ void SCRBlocklist::ReadRules(const json::View& list) {
   rules.reserve(elements->size());
   for (const json::View& element : *elements) {
     SCRRule& rule = rules.emplace_back();
-    if (!rule.ReadLogging(element)) throw std::runtime_error(DescribeInvalidRule(rules.size() - 1, rule));
+    if (!rule.ReadRule(element)) throw std::runtime_error(DescribeInvalidRule(rules.size() - 1, rule));
   }
   mRules = std::move(rules);
 }
 
 void SCRBlocklist::ReadDefaults(const json::View& defaults) {
-  mDefaults.assign(kOSComponentTypeCount, {});
   if (!defaults.IsThere()) return;
   const std::array<std::string, kOSComponentTypeCount> kindNames = KindNames();
   std::array<std::string_view, kOSComponentTypeCount> keys;

@@ -40,11 +40,16 @@ class PlainExpressionReader {
   }
 
   std::optional<PlainExpression> Read() {
+    if (mText.starts_with(kNotAhead) && !ReadForbidden()) return std::nullopt;
     bool canBeEmpty = false;
     if (!ReadAlternatives(canBeEmpty) || mPlace != mText.size()) return std::nullopt;
     EndPiece();
-    // What stands in one of several alternatives is not required.
-    if (mHasOuterAlternatives) mResult.mRequired = {};
+    if (mHasOuterAlternatives) {
+      // It would only be forbidden to the first of them.
+      if (!mResult.mForbidden.empty()) return std::nullopt;
+      // What stands in one of several alternatives is not required.
+      mResult.mRequired = {};
+    }
     if (mResult.mSteps.size() > PlainExpression::kMostSteps) return std::nullopt;
     return std::move(mResult);
   }
@@ -55,6 +60,20 @@ class PlainExpressionReader {
   using Step = PlainExpression::Step;
 
   static constexpr int kDeepestGroups = 8;
+  static constexpr std::string_view kNotAhead = "(?!";
+
+  /// What stands in the look-ahead that the text begins with becomes an expression of its own.
+  bool ReadForbidden() {
+    PlainExpressionReader reader(mText);
+    reader.mPlace = kNotAhead.size();
+    reader.mDepth = 1;
+    bool canBeEmpty = false;
+    const bool isRead = reader.ReadAlternatives(canBeEmpty) && reader.mPlace < mText.size() &&
+                        reader.mResult.mSteps.size() <= PlainExpression::kMostSteps;
+    mPlace = reader.mPlace + 1;
+    mResult.mForbidden.push_back(std::move(reader.mResult));
+    return isRead;
+  }
 
   bool ReadAlternatives(bool& canBeEmpty) {
     canBeEmpty = false;
@@ -264,9 +283,12 @@ class PlainExpressionRun {
   PlainExpressionRun(const PlainExpressionRun&) = delete;
   PlainExpressionRun& operator=(const PlainExpressionRun&) = delete;
 
-  bool Matches() {
+  /// Whether the whole text matches, or else whether some beginning of it does.
+  bool Matches(bool whole) {
     Reach(0);
     while (mPlace < mText.size()) {
+      if (mHasReachedEnd && !whole) return true;
+      mHasReachedEnd = false;
       if (mCount == 0) return false;
       std::swap(mReached, mBefore);
       const std::size_t count = std::exchange(mCount, 0);
@@ -301,7 +323,7 @@ class PlainExpressionRun {
   void Reach(std::size_t step) {
     for (;;) {
       if (step == mExpression.mSteps.size()) {
-        mHasReachedEnd |= mPlace == mText.size();
+        mHasReachedEnd = true;
         return;
       }
       const auto place = static_cast<std::uint32_t>(mPlace + 1);
@@ -340,7 +362,7 @@ class PlainExpressionRun {
   const PlainExpression& mExpression;
   std::string_view mText;
   std::size_t mPlace = 0;
-  bool mHasReachedEnd = false;
+  bool mHasReachedEnd = false;  ///< with what was read of the text so far
   using Steps = std::array<std::uint8_t, kMost>;
   std::array<Steps, 2> mRooms{};
   std::uint8_t* mReached = mRooms[0].data();
@@ -354,7 +376,11 @@ std::optional<PlainExpression> PlainExpression::Read(std::string_view expression
 }
 
 bool PlainExpression::MatchesWhole(std::string_view text) const {
-  return text.find(mRequired) != std::string_view::npos && PlainExpressionRun(*this, text).Matches();
+  if (text.find(mRequired) == std::string_view::npos) return false;
+  for (const PlainExpression& forbidden : mForbidden) {
+    if (PlainExpressionRun(forbidden, text).Matches(false)) return false;
+  }
+  return PlainExpressionRun(*this, text).Matches(true);
 }
 
 }  // namespace qelsystemcompatibilityreport

@@ -10,6 +10,7 @@
 //   ^  $  \b            the ends of the text, a boundary of a word
 //   (ab|c)  ab|c        alternatives, none of them empty
 //   *  +  ?             repeats of a character, or of a group that cannot be empty
+//   (?!.*ab).*c         a look-ahead at the beginning, which names what texts may not begin with
 //
 // A text is decided in two steps. A piece of text that every match must hold, such as "Miniport" in
 // "^.*\bMiniport\b.*$", is looked for first: where it is missing there is no match. Then all ways through the
@@ -58,6 +59,7 @@ class PlainExpression {
   std::string_view mRequired;  ///< what every match holds; may be empty
   std::vector<Step> mSteps;
   std::vector<Class> mClasses;
+  std::vector<PlainExpression> mForbidden;  ///< at most one: no beginning of a text may match it
 };
 
 }  // namespace qelsystemcompatibilityreport

@@ -60,15 +60,15 @@ bool SCRRule::FromJSON(const std::any& json) {
   mErrorLevel = SCRRuleErrorLevel::INFO;
   mStringComparisons.clear();
   mIntegerComparisons.clear();
-  return ReadLogging(json::View(json));
+  return ReadRule(json::View(json));
 }
 
-bool SCRRule::ReadLogging(const json::View& value) {
+bool SCRRule::ReadRule(const json::View& value) {
   return AtBoundary("qelsystemcompatibilityreport::SCRRule::FromJSON", false,
-                    [&] { return ReadFields(value, true); });
+                    [&] { return ReadFields(value); });
 }
 
-bool SCRRule::ReadFields(const json::View& value, bool keepBrokenDependencies) {
+bool SCRRule::ReadFields(const json::View& value) {
   if (!OSComponent::ReadFrom(value)) return false;
 
   const auto [formatVersion, message, url, dependencies, level] = value.Members(kCommonKeys);
@@ -87,13 +87,9 @@ bool SCRRule::ReadFields(const json::View& value, bool keepBrokenDependencies) {
     mDependencies.reserve(elements->size());
     for (const json::View& element : *elements) {
       SCRRule& dependency = mDependencies.emplace_back();
-      if (!keepBrokenDependencies) {
-        if (!dependency.ReadFields(element, false)) return false;
-      } else if (!dependency.ReadLogging(element)) {
-        // A dependency that cannot be read is kept as one that matches nothing, so that the rule hits nothing
-        // rather than too much.
-        dependency = SCRRule();
-      }
+      // A dependency that cannot be read is kept as one that matches nothing, so that the rule hits nothing
+      // rather than too much.
+      if (!dependency.ReadRule(element)) dependency = SCRRule();
     }
   }
   const std::string_view levelText = TextOrEmpty(level);

@@ -1,7 +1,6 @@
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
-#include <algorithm>
-#include <iterator>
+#include <string>
 #include <string_view>
 
 #include "qelsystemcompatibilityreport/rules/VersionRangeText.h"
@@ -19,8 +18,8 @@ VersionRange ReadVersionRange(std::string_view text) {
   // Blanks only: a tab makes its piece no version.
   std::string compact;
   if (text.find(' ') != std::string_view::npos) {
-    std::copy_if(text.begin(), text.end(), std::back_inserter(compact),
-                 [](char character) { return character != ' '; });
+    compact = text;
+    std::erase(compact, ' ');
     text = compact;
   }
   const std::size_t hyphen = text.find('-');

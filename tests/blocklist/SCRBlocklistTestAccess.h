@@ -20,7 +20,6 @@ struct SCRBlocklistTestAccess {
   /// As the constructor, but by the dictionary at once.
   static SCRBlocklist FromDictionary(const std::string& text) {
     SCRBlocklist blocklist("{}");
-    blocklist.Clear();
     AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist",
                [&] { blocklist.ReadFromDictionary(text); });
     return blocklist;

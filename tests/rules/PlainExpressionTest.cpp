@@ -47,6 +47,13 @@ TEST(PlainExpressionTest, DecidesWholeTexts) {
       {"\xC3\xA9.", "\xC3\xA9x", true},
       {".", "\xC3\xA9", false},  // bytes are characters
       {".*", "", true},
+      {"(?!.*Pro).*Radeon.*", "AMD Radeon RX", true},
+      {"(?!.*Pro).*Radeon.*", "AMD Radeon Pro", false},
+      {"(?!.*Pro).*Radeon.*", "AMD Rage", false},
+      {"(?!AMD|ATI).*", "ATI Rage", false},
+      {"(?!AMD$).*", "AMD Radeon", true},  // only a beginning that is the whole text
+      {"(?!AMD$).*", "AMD", false},
+      {"(?!a*).*", "b", false},  // what may be empty begins every text
       {"a", "", false},
   };
   for (const auto& row : rows) {
@@ -58,10 +65,11 @@ TEST(PlainExpressionTest, DecidesWholeTexts) {
 
 TEST(PlainExpressionTest, LeavesToTheEngineWhatIsMalformedOrNotUnderstood) {
   for (const char* const expression :
-       {"",        "(",     ")",      "[",      "[]",   "[^]",        "a]",    "a{2}",  "a}",     "*",
-        "a**",     "a*?",   "a+{2}",  "()",     "(|a)", "a||b",       "a|",    "(a*)*", "(\\b)*", "^*",
-        "\\",      "\\1",   "\\B",    "\\n",    "\\-",  "[a",         "[b-a]", "[a-]",  "[-a]",   "[a\\]]",
-        "[[:a:]]", "(?:a)", "(?=a)b", "a(?!b)", "a\tb", "[\xC3\xA9]", "(a",    "a)"}) {
+       {"",       "(",     ")",      "[",           "[]",    "[^]",        "a]",     "a{2}",     "a}",
+        "*",      "a**",   "a*?",    "a+{2}",       "()",    "(|a)",       "a||b",   "a|",       "(a*)*",
+        "(\\b)*", "^*",    "\\",     "\\1",         "\\B",   "\\n",        "\\-",    "[a",       "[b-a]",
+        "[a-]",   "[-a]",  "[a\\]]", "[[:a:]]",     "(?:a)", "(?=a)b",     "a(?!b)", "(?!a)b|c", "(?!a)*b",
+        "(?!a)",  "(?!)a", "(?!a",   "(?!(?!a)b)c", "a\tb",  "[\xC3\xA9]", "(a",     "a)"}) {
     EXPECT_FALSE(PlainExpression::Read(expression)) << expression;
   }
 }

@@ -41,7 +41,8 @@ TEST(RandomPlainExpressionTest, PlainExpressionsDecideAsTheEngineDoes) {
   std::size_t plainOnes = 0;
   std::size_t matches = 0;
   CheckOnRandomCases("plain expressions decide as the engine does", [&] {
-    const std::string expression = *AnyOf(kExpressionPieces, 8);
+    std::string expression = *AnyOf(kExpressionPieces, 8);
+    if (*rc::gen::arbitrary<bool>()) expression = "(?!" + *AnyOf(kExpressionPieces, 4) + ")" + expression;
     const auto plain = PlainExpression::Read(expression);
     if (!plain) return;
     for (int time = 0; time < 4; ++time) {

@@ -26,28 +26,25 @@ constexpr std::array<std::string_view, kOSComponentTypeCount> kTypeNames = {"OS"
 
 std::atomic<bool> arePropertiesEnabled{false};
 
-template <typename Unsigned>
-void MixNumber(MixHashGuidT<HashValueMixerState>& state, Unsigned value) {
-  // Least significant byte first on every machine.
-  std::array<unsigned char, sizeof(Unsigned)> bytes{};
-  for (std::size_t index = 0; index < bytes.size(); ++index) {
-    bytes[index] = static_cast<unsigned char>(value >> (8 * index));
+/// Numbers on their way into a hash, least significant byte first on every machine. They are mixed in
+/// together: each call of the mixer costs more than the bytes.
+class NumberBytes {
+ public:
+  template <typename Unsigned>
+  void Append(Unsigned value) {
+    for (std::size_t index = 0; index < sizeof(Unsigned); ++index) {
+      mBytes[mSize++] = static_cast<unsigned char>(value >> (8 * index));
+    }
   }
-  UpdateHashState(state, bytes.data(), bytes.size());
-}
 
-void MixText(MixHashGuidT<HashValueMixerState>& state, const std::string& text) {
-  MixNumber(state, std::uint64_t{text.size()});
-  UpdateHashState(state, text.data(), text.size());
-}
-
-void MixVersion(MixHashGuidT<HashValueMixerState>& state, const OSComponentVersion& version) {
-  MixNumber(state, std::uint32_t{version ? 1U : 0U});
-  for (const std::uint32_t part :
-       {version.mVersionW, version.mVersionX, version.mVersionY, version.mVersionZ}) {
-    MixNumber(state, part);
+  void MixInto(MixHashGuidT<HashValueMixerState>& state) const {
+    UpdateHashState(state, mBytes.data(), mSize);
   }
-}
+
+ private:
+  std::array<unsigned char, 32> mBytes{};
+  std::size_t mSize = 0;
+};
 
 }  // namespace
 
@@ -125,10 +122,20 @@ bool OSComponent::ReadFrom(const json::View& json) {
 
 MixHashGuidT<HashValueMixerState> OSComponent::Hash() const {
   MixHashGuidT<HashValueMixerState> state;
-  MixNumber(state, static_cast<std::uint32_t>(mType));
-  MixText(state, mName);
-  MixVersion(state, mVersion);
-  MixText(state, mPropertyValue);
+  NumberBytes beforeName;
+  beforeName.Append(static_cast<std::uint32_t>(mType));
+  beforeName.Append(std::uint64_t{mName.size()});
+  beforeName.MixInto(state);
+  UpdateHashState(state, mName.data(), mName.size());
+  NumberBytes beforeValue;
+  beforeValue.Append(std::uint32_t{mVersion ? 1U : 0U});
+  for (const std::uint32_t part :
+       {mVersion.mVersionW, mVersion.mVersionX, mVersion.mVersionY, mVersion.mVersionZ}) {
+    beforeValue.Append(part);
+  }
+  beforeValue.Append(std::uint64_t{mPropertyValue.size()});
+  beforeValue.MixInto(state);
+  UpdateHashState(state, mPropertyValue.data(), mPropertyValue.size());
   return state;
 }
 

@@ -1,7 +1,6 @@
 #include <charconv>
 #include <cstddef>
 #include <optional>
-#include <system_error>
 
 #include "platform/qelcore/Components.h"
 
@@ -9,15 +8,21 @@ namespace qelcore::utility {
 
 namespace {
 
-/// One decimal part: digits only, at most 32 bits.
-std::optional<std::uint32_t> ReadPart(std::string_view text) {
-  std::uint32_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end) {
+/// Takes a decimal number of at most 32 bits from the beginning of `text`.
+std::optional<std::uint32_t> TakePart(std::string_view& text) {
+  std::uint64_t value = 0;
+  std::size_t length = 0;
+  for (; length < text.size() && text[length] >= '0' && text[length] <= '9'; ++length) {
+    value = value * 10 + static_cast<std::uint64_t>(text[length] - '0');
+    if (value > OSComponentVersion::kLargestPart) {
+      return std::nullopt;
+    }
+  }
+  if (length == 0) {
     return std::nullopt;
   }
-  return value;
+  text.remove_prefix(length);
+  return static_cast<std::uint32_t>(value);
 }
 
 }  // namespace
@@ -38,16 +43,18 @@ OSComponentVersion::OSComponentVersion(std::string_view text) {
       }
       break;
     }
-    const std::size_t point = text.find('.');
-    const std::optional<std::uint32_t> part = ReadPart(text.substr(0, point));
+    const std::optional<std::uint32_t> part = TakePart(text);
     if (!part) {
       return;
     }
     parts[index] = *part;
-    if (point == std::string_view::npos) {
+    if (text.empty()) {
       break;
     }
-    text.remove_prefix(point + 1);
+    if (text.front() != '.') {
+      return;
+    }
+    text.remove_prefix(1);
   }
   *this = OSComponentVersion(parts[0], parts[1], parts[2], parts[3]);
 }
@@ -61,15 +68,22 @@ std::string OSComponentVersion::ToString() const {
   while (numberCount > 0 && parts[numberCount - 1] == kLargestPart) {
     --numberCount;
   }
-  std::string text;
+  constexpr std::size_t kLongestText = sizeof "4294967295.4294967295.4294967295.4294967295" - 1;
+  std::array<char, kLongestText> text;
+  char* end = text.data();
   for (std::size_t index = 0; index < numberCount; ++index) {
-    text += index == 0 ? "" : ".";
-    text += std::to_string(parts[index]);
+    if (index > 0) {
+      *end++ = '.';
+    }
+    end = std::to_chars(end, text.data() + text.size(), parts[index]).ptr;
   }
   if (numberCount < parts.size()) {
-    text += numberCount == 0 ? "+" : ".+";
+    if (numberCount > 0) {
+      *end++ = '.';
+    }
+    *end++ = '+';
   }
-  return text;
+  return {text.data(), end};
 }
 
 }  // namespace qelcore::utility

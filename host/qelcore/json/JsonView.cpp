@@ -1,8 +1,10 @@
 #include "platform/qelcore/JsonView.h"
 
-#include <algorithm>
+#include <simdjson.h>
 
-#include "host/qelcore/json/TextNode.h"
+#include <algorithm>
+#include <bit>
+
 #include "host/qelcore/json/TypeName.h"
 #include "platform/qelcore/Json.h"
 
@@ -10,42 +12,55 @@ namespace qelcore::json {
 
 namespace {
 
-const char* TypeName(TextNode::Type type) {
+namespace dom = simdjson::dom;
+
+const char* TypeName(dom::element_type type) {
   switch (type) {
-    case TextNode::Type::kObject:
+    case dom::element_type::OBJECT:
       return "an object";
-    case TextNode::Type::kArray:
+    case dom::element_type::ARRAY:
       return "an array";
-    case TextNode::Type::kText:
+    case dom::element_type::STRING:
       return "a text";
-    case TextNode::Type::kBoolean:
+    case dom::element_type::BOOL:
       return "a boolean";
-    case TextNode::Type::kInteger:
+    case dom::element_type::INT64:
+    case dom::element_type::UINT64:
       return "an integer";
-    case TextNode::Type::kNumber:
+    case dom::element_type::DOUBLE:
       return "a number";
-    case TextNode::Type::kNull:
+    case dom::element_type::NULL_VALUE:
       break;
   }
   return "null";
 }
 
-/// Calls `each` for every value that an array or object of a text holds.
-template <typename Each>
-void ForEachChild(const TextNode& parent, Each&& each) {
-  const TextNode* const end = &parent + parent.mNodeCount;
-  for (const TextNode* child = &parent + 1; child != end; child += child->mNodeCount) each(*child);
+/// The value of a document at a place; nothing when the view is not of a document, or of another type.
+template <typename Value, typename Place>
+std::optional<Value> Read(const Place& place) {
+  Value value{};
+  if (place.mDocument == nullptr || std::bit_cast<dom::element>(place).get(value) != simdjson::SUCCESS) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+/// The value in memory, when it is of this type.
+template <typename Value>
+const Value* Read(const std::any* value) {
+  return value != nullptr ? std::any_cast<Value>(value) : nullptr;
 }
 
 }  // namespace
 
-TextVisitor::~TextVisitor() = default;
+const char* View::Type() const {
+  static const std::any nothing;
+  return mPlace.mDocument != nullptr ? TypeName(std::bit_cast<dom::element>(mPlace).type())
+                                     : TypeName(mValue != nullptr ? *mValue : nothing);
+}
 
 void View::ThrowTypeError(const std::string& what, const char* expected) const {
-  static const std::any nothing;
-  const char* const found =
-      mNode != nullptr ? TypeName(mNode->mType) : TypeName(mValue != nullptr ? *mValue : nothing);
-  throw TypeError(what + " is " + found + ", expected is " + expected + ".");
+  throw TypeError(what + " is " + Type() + ", expected is " + expected + ".");
 }
 
 void View::ThrowTypeError(const char* expected) const {
@@ -53,70 +68,80 @@ void View::ThrowTypeError(const char* expected) const {
 }
 
 void View::FindMembers(const std::string_view* keys, View* members, std::size_t count) const {
-  if (mNode != nullptr && mNode->mType == TextNode::Type::kObject) {
-    ForEachChild(*mNode, [&](const TextNode& child) {
-      const std::string_view* const key = std::find(keys, keys + count, child.mKey);
-      if (key != keys + count) members[key - keys].mNode = &child;
-    });
-  } else if (const auto* const object = mValue != nullptr ? std::any_cast<Dictionary>(mValue) : nullptr) {
+  const std::string_view* const end = keys + count;
+  if (const auto fields = Read<dom::object>(mPlace)) {
+    for (const auto& field : *fields) {
+      const std::string_view* const key = std::find(keys, end, field.key);
+      if (key == end) continue;
+      members[key - keys].mPlace = std::bit_cast<Place>(field.value);
+      members[key - keys].mKey = *key;
+    }
+  } else if (const auto* const object = Read<Dictionary>(mValue)) {
     static const std::any nothing;
-    for (std::size_t index = 0; index < count; ++index) {
-      const auto place = object->find(keys[index]);
-      if (place != object->end()) members[index].mValue = place->second ? place->second.get() : &nothing;
+    for (const std::string_view* key = keys; key != end; ++key) {
+      const auto member = object->find(*key);
+      if (member == object->end()) continue;
+      members[key - keys].mValue = member->second ? member->second.get() : &nothing;
+      members[key - keys].mKey = *key;
     }
   } else {
     ThrowTypeError("an object");
   }
-  for (std::size_t index = 0; index < count; ++index) members[index].mKey = keys[index];
 }
 
 std::optional<std::string_view> View::Text() const {
-  if (mNode != nullptr && mNode->mType == TextNode::Type::kText) return mNode->mText;
   if (!IsThere()) return std::nullopt;
-  const auto* const text = mValue != nullptr ? std::any_cast<std::string>(mValue) : nullptr;
-  if (text == nullptr) ThrowTypeError("a text");
-  return *text;
+  if (const auto text = Read<std::string_view>(mPlace)) return text;
+  if (const auto* const text = Read<std::string>(mValue)) return *text;
+  ThrowTypeError("a text");
 }
 
 std::optional<std::uint64_t> View::Integer() const {
-  if (mNode != nullptr && mNode->mType == TextNode::Type::kInteger) return mNode->mInteger;
   if (!IsThere()) return std::nullopt;
-  if (mValue != nullptr) {
-    if (const auto* const value = std::any_cast<std::int64_t>(mValue))
-      return static_cast<std::uint64_t>(*value);
-    if (const auto* const value = std::any_cast<std::uint64_t>(mValue)) return *value;
-  }
+  if (const auto value = Read<std::int64_t>(mPlace)) return static_cast<std::uint64_t>(*value);
+  if (const auto value = Read<std::uint64_t>(mPlace)) return value;
+  if (const auto* const value = Read<std::int64_t>(mValue)) return static_cast<std::uint64_t>(*value);
+  if (const auto* const value = Read<std::uint64_t>(mValue)) return *value;
   ThrowTypeError("an integer");
 }
 
 std::optional<std::vector<View>> View::Elements() const {
   if (!IsThere()) return std::nullopt;
-  std::vector<View> elements;
-  if (mNode != nullptr && mNode->mType == TextNode::Type::kArray) {
-    ForEachChild(*mNode, [&](const TextNode& child) { elements.emplace_back(child); });
-    return elements;
+  std::vector<View> views;
+  if (const auto elements = Read<dom::array>(mPlace)) {
+    views.reserve(elements->size());
+    for (const dom::element element : *elements) {
+      views.push_back(View(std::bit_cast<Place>(element)));
+    }
+  } else if (const auto* const array = Read<Array>(mValue)) {
+    views.reserve(array->size());
+    for (const std::any& element : *array) views.emplace_back(element);
+  } else {
+    ThrowTypeError("an array");
   }
-  const auto* const array = mValue != nullptr ? std::any_cast<Array>(mValue) : nullptr;
-  if (array == nullptr) ThrowTypeError("an array");
-  elements.reserve(array->size());
-  for (const std::any& element : *array) elements.emplace_back(element);
-  return elements;
+  return views;
 }
 
 std::optional<std::vector<std::string_view>> View::Texts() const {
-  const bool isOtherNode = mNode != nullptr && mNode->mType != TextNode::Type::kArray;
-  if (isOtherNode || (mValue != nullptr && std::any_cast<Array>(mValue) == nullptr)) {
-    ThrowTypeError("an array of texts");
-  }
-  const std::optional<std::vector<View>> elements = Elements();
-  if (!elements) return std::nullopt;
+  if (!IsThere()) return std::nullopt;
   std::vector<std::string_view> texts;
-  texts.reserve(elements->size());
-  for (const View& element : *elements) {
-    const bool isText = element.mNode != nullptr ? element.mNode->mType == TextNode::Type::kText
-                                                 : std::any_cast<std::string>(element.mValue) != nullptr;
-    if (!isText) element.ThrowTypeError("An element of \"" + std::string(mKey) + '"', "a text");
-    texts.push_back(*element.Text());
+  const auto append = [&](const View& element) {
+    if (const auto text = Read<std::string_view>(element.mPlace)) {
+      texts.push_back(*text);
+    } else if (const auto* const string = Read<std::string>(element.mValue)) {
+      texts.push_back(*string);
+    } else {
+      element.ThrowTypeError("An element of \"" + std::string(mKey) + '"', "a text");
+    }
+  };
+  if (const auto elements = Read<dom::array>(mPlace)) {
+    texts.reserve(elements->size());
+    for (const dom::element element : *elements) append(View(std::bit_cast<Place>(element)));
+  } else if (const auto* const array = Read<Array>(mValue)) {
+    texts.reserve(array->size());
+    for (const std::any& element : *array) append(View(element));
+  } else {
+    ThrowTypeError("an array of texts");
   }
   return texts;
 }
