@@ -27,7 +27,12 @@ class TextPlaces {
   [[nodiscard]] Place AtByteColumn(std::size_t line, std::size_t column) const;
 
  private:
+  [[nodiscard]] std::size_t CharactersBefore(std::size_t offset) const;
+
   std::string_view mText;
+  /// How many characters begin before each block of the text, so that a column of a long line is found at
+  /// once.
+  std::vector<std::size_t> mCharactersBeforeBlock;
   std::vector<std::size_t> mLineStarts;
 };
 

@@ -121,6 +121,16 @@ TEST(LintTest, FindingsAreBounded) {
   EXPECT_EQ(findings.back().mWhat, "40001 more findings are not told");
 }
 
+/// A list without line breaks, as a program writes it.
+TEST(LintTest, LongLinesTakeNoTimeToSpeakOf) {
+  std::string rules =
+      R"({"name": "Windows", "type": "OS", "comment": ")" + std::string(16'000'000, 'x') + "\"}";
+  for (int index = 0; index < 9000; ++index) rules += ",5";
+  const authoring::Findings findings = testsupport::LintRules(rules);
+  ASSERT_EQ(findings.size(), 9000U);
+  EXPECT_EQ(testsupport::CodesAndPlaces(findings).back(), "BL201 2:16018048");
+}
+
 TEST(LintTest, FilesComeInTheirOrder) {
   const authoring::Findings findings = authoring::Lint({{"b.json", "5"}, {"a.json", "{"}});
   ASSERT_EQ(findings.size(), 2U);
