@@ -35,6 +35,19 @@ bool TakeFirstRematchOfProcess() {
   return std::exchange(isFirst, false);
 }
 
+/// In order. An issue is large, so pointers are what changes places while it is sorted.
+std::vector<SCRIssue> Sorted(std::vector<SCRIssue> issues) {
+  std::vector<SCRIssue*> places;
+  places.reserve(issues.size());
+  for (SCRIssue& issue : issues) places.push_back(&issue);
+  std::sort(places.begin(), places.end(),
+            [](const SCRIssue* left, const SCRIssue* right) { return *left < *right; });
+  std::vector<SCRIssue> sorted;
+  sorted.reserve(issues.size());
+  for (SCRIssue* const issue : places) sorted.push_back(std::move(*issue));
+  return sorted;
+}
+
 }  // namespace
 
 std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistry& registry,
@@ -43,8 +56,7 @@ std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistr
                     std::vector<SCRIssue>(), [&] {
                       const ForcedMatching forced;
                       ExpressionBudget::Start();
-                      std::vector<SCRIssue> issues = FindIssues(registry);
-                      std::sort(issues.begin(), issues.end());
+                      std::vector<SCRIssue> issues = Sorted(FindIssues(registry));
                       matchID = IdentifyMatch(registry);
                       return issues;
                     });

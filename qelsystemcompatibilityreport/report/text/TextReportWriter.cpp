@@ -1,6 +1,8 @@
 #include "qelsystemcompatibilityreport/report/text/TextReportWriter.h"
 
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/qelcore/Localisation.h"
@@ -29,6 +31,25 @@ struct Texts {
   std::string mID = LocaliseUTF8("$$$/qel/scr/kID=ID:");
 };
 
+/// The issues by their component's name, in their order: with many of both, not every issue is to be compared
+/// with every component.
+class IssuesByName {
+ public:
+  explicit IssuesByName(const std::vector<SCRIssue>& issues) {
+    for (const SCRIssue& issue : issues) mIssues[issue.GetName()].push_back(&issue);
+  }
+
+  /// The issues on components of this name, whatever their kind, version and value.
+  [[nodiscard]] const std::vector<const SCRIssue*>& Find(const std::string& name) const {
+    static const std::vector<const SCRIssue*> none;
+    const auto found = mIssues.find(name);
+    return found == mIssues.end() ? none : found->second;
+  }
+
+ private:
+  std::unordered_map<std::string, std::vector<const SCRIssue*>> mIssues;
+};
+
 class ReportText {
  public:
   explicit ReportText(UTF8StringStream& stream) : mStream(stream) {}
@@ -38,6 +59,7 @@ class ReportText {
     // A report whose first component is no operating system begins with a separator. That is intended.
     OSComponentType kind = OSComponentType::kOS;
     std::string label = UTF16to8(KindLabel(kind));
+    const IssuesByName byName(issues);
     for (const auto& component : registry.GetAllComponents()) {
       if (component->GetType() != kind) {
         kind = component->GetType();
@@ -45,7 +67,7 @@ class ReportText {
         WriteKindSeparator();
       }
       WriteComponent(*component, label);
-      WriteIssuesOf(*component, issues);
+      WriteIssuesOf(*component, byName.Find(component->GetName()));
     }
   }
 
@@ -86,12 +108,12 @@ class ReportText {
     mStream << '\n';
   }
 
-  void WriteIssuesOf(const OSComponent& component, const std::vector<SCRIssue>& issues) {
+  void WriteIssuesOf(const OSComponent& component, const std::vector<const SCRIssue*>& issues) {
     int number = 0;
-    for (const SCRIssue& issue : issues) {
-      if (!issue.IsOSComponent(component)) continue;
+    for (const SCRIssue* const issue : issues) {
+      if (!issue->IsOSComponent(component)) continue;
       if (number == 0) WriteIssuesLabel();
-      WriteIssue(++number, issue);
+      WriteIssue(++number, *issue);
     }
   }
 
