@@ -1,9 +1,11 @@
 ; The installer for 64-bit Windows: for the user who runs it, without asking for an administrator.
-; VERSION, FILES (the directory to install), UNINSTALL (what removes it) and OUTPUT come from the command line.
+; VERSION, FOUR_NUMBERS (the same with four), FILES (the directory to install), LIST (the names of what is in it),
+; UNINSTALL (what removes it) and OUTPUT come from the command line.
 ; "/S" installs or uninstalls without a window, "/D=PATH" at the end of the line names another directory.
 Target amd64-unicode
 !include LogicLib.nsh
 !include MUI2.nsh
+!include TextFunc.nsh
 !include WinVer.nsh
 
 !define TITLE "System Compatibility Report"
@@ -17,7 +19,7 @@ InstallDirRegKey HKCU "${KEY}" "InstallLocation"
 SetCompressor /SOLID lzma
 ManifestDPIAware true
 
-VIProductVersion "${VERSION}.0.0"
+VIProductVersion "${FOUR_NUMBERS}"
 VIAddVersionKey "ProductName" "${TITLE}"
 VIAddVersionKey "FileDescription" "${TITLE} installer"
 VIAddVersionKey "FileVersion" "${VERSION}"
@@ -38,6 +40,9 @@ VIAddVersionKey "LegalCopyright" ""
 LangString NEEDS10 ${LANG_ENGLISH} "${TITLE} needs Windows 10 or later."
 LangString NEEDS10 ${LANG_GERMAN} "${TITLE} braucht Windows 10 oder neuer."
 LangString NEEDS10 ${LANG_JAPANESE} "${TITLE} には Windows 10 以降が必要です。"
+LangString RUNNING ${LANG_ENGLISH} "${TITLE} is running. Close it and try again."
+LangString RUNNING ${LANG_GERMAN} "${TITLE} läuft gerade. Bitte schließen und noch einmal versuchen."
+LangString RUNNING ${LANG_JAPANESE} "${TITLE} は実行中です。終了してからやり直してください。"
 LangString OPTIMIZER ${LANG_ENGLISH} "Application Optimizer"
 LangString OPTIMIZER ${LANG_GERMAN} "Anwendungsoptimierung"
 LangString OPTIMIZER ${LANG_JAPANESE} "アプリケーションの最適化"
@@ -53,9 +58,43 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
+; A program that runs cannot be written to, nor be replaced or removed.
+!macro RequireThatNothingRuns
+  ${If} ${FileExists} "$INSTDIR\scr.exe"
+    ClearErrors
+    FileOpen $0 "$INSTDIR\scr.exe" a
+    ${If} ${Errors}
+      MessageBox MB_OK|MB_ICONSTOP "$(RUNNING)" /SD IDOK
+      SetErrorLevel 2
+      Quit
+    ${EndIf}
+    FileClose $0
+  ${EndIf}
+!macroend
+
+; What an earlier version installed, so that nothing of it stays that this one lacks.
+Function RemoveEarlierVersion
+  ClearErrors
+  FileOpen $0 "$INSTDIR\installed-files.txt" r
+  ${If} ${Errors}
+    Return
+  ${EndIf}
+next:
+  FileRead $0 $1
+  ${IfNot} ${Errors}
+    ${TrimNewLines} "$1" $1
+    Delete "$INSTDIR\$1"
+    Goto next
+  ${EndIf}
+  FileClose $0
+FunctionEnd
+
 Section
+  !insertmacro RequireThatNothingRuns
+  Call RemoveEarlierVersion
   SetOutPath "$INSTDIR"
   File /r "${FILES}/*.*"
+  File "/oname=installed-files.txt" "${LIST}"
   WriteUninstaller "$INSTDIR\uninstall.exe"
 
   CreateDirectory "$SMPROGRAMS\${TITLE}"
@@ -73,7 +112,9 @@ Section
 SectionEnd
 
 Section Uninstall
+  !insertmacro RequireThatNothingRuns
 !include "${UNINSTALL}"
+  Delete "$INSTDIR\installed-files.txt"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   ; If nothing else is installed there.
