@@ -41,8 +41,6 @@ class StepData {
 
 struct Step {
   const char* mName;
-  /// What a bare piece of the same work costs; null for none.
-  const char* mYardstick;
   bool mDependsOnComponents;
   /// Does the step once and returns something of the result, so that nothing is left out.
   std::size_t (*mRun)(StepData& data);
