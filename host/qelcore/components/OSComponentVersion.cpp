@@ -69,7 +69,7 @@ std::string OSComponentVersion::ToString() const {
     --numberCount;
   }
   constexpr std::size_t kLongestText = sizeof "4294967295.4294967295.4294967295.4294967295" - 1;
-  std::array<char, kLongestText> text;
+  std::array<char, kLongestText> text{};
   char* end = text.data();
   for (std::size_t index = 0; index < numberCount; ++index) {
     if (index > 0) {
