@@ -81,8 +81,7 @@ void Report(const Arguments& arguments) {
   if (arguments.mOutputPath && arguments.mOutputPath->empty()) {
     throw UserError("--output: the name of a file is missing");
   }
-  const std::string path =
-      arguments.mOutputPath ? AbsolutePath(*arguments.mOutputPath) : std::string();
+  const std::string path = arguments.mOutputPath ? AbsolutePath(*arguments.mOutputPath) : std::string();
   if (arguments.mAsJSON) {
     const std::string document = RunReportAsJSON();
     path.empty() ? Print(document) : WriteFile(path, document);
