@@ -10,7 +10,7 @@ using testsupport::SystemRule;
 constexpr const char* kInstalled = "application/SystemCompatibilityReport/blocklist.en_US.json";
 
 #if defined(_WIN32)
-constexpr const char* kWhyNothingIsShown = "there are no windows: qelui_native.dll: ";
+constexpr const char* kWhyNothingIsShown = "there are no windows: qelui_native.dll cannot be loaded, error ";
 #else
 constexpr const char* kWhyNothingIsShown = "display";
 #endif

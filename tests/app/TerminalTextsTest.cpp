@@ -14,7 +14,8 @@ std::size_t FindControl(const std::string& text) {
   for (std::size_t place = 0; place < text.size(); ++place) {
     const auto byte = static_cast<unsigned char>(text[place]);
     const auto next = static_cast<unsigned char>(place + 1 < text.size() ? text[place + 1] : '\0');
-    const bool isPlain = byte >= 0x20 || byte == '\n' || byte == '\t';
+    const bool isLineEnd = byte == '\n' || (byte == '\r' && next == '\n');
+    const bool isPlain = byte >= 0x20 || isLineEnd || byte == '\t';
     // The second set of controls takes two bytes.
     if (!isPlain || byte == 0x7f || (byte == 0xc2 && next >= 0x80 && next < 0xa0)) return place;
   }
