@@ -131,8 +131,8 @@ TEST_F(ThousandRunsTest, MemoryDoesNotGrowWithThem) {
   const std::uint64_t after = BytesInUse();
   RecordProperty("BytesBefore", std::to_string(before));
   RecordProperty("BytesAfter", std::to_string(after));
-  // The smallest thing that a run could keep is 16 bytes long.
-  EXPECT_LT(after, before + 16 * kRuns / 2) << before << " bytes before";
+  // The smallest thing that a run could keep is 16 bytes long, and it is told when every tenth run keeps it.
+  EXPECT_LT(after, before + 16 * kRuns / 10) << before << " bytes before";
   EXPECT_EQ(CountFatalIncompatibilities(), 1U);
   EXPECT_EQ(mToolkit.mDialogsAlive, 0);
 }
