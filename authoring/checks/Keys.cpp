@@ -1,6 +1,6 @@
 #include "authoring/checks/Keys.h"
 
-#include <ranges>
+#include <algorithm>
 #include <unordered_set>
 
 #include "authoring/model/KnownKeys.h"
@@ -19,7 +19,7 @@ void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNo
     }
   };
   std::unordered_set<std::string_view> later;
-  for (const JsonMember& member : std::views::reverse(object.mMembers)) {
+  const auto check = [&](const JsonMember& member) {
     const std::string key = Quoted(member.mKey);
     if (!later.insert(member.mKey).second) {
       add(Code::kDuplicateKey, member,
@@ -29,7 +29,9 @@ void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNo
       add(Code::kUnknownKey, member, "the key " + key + " is unknown and ignored",
           DidYouMean(known, member.mKey) + " Remarks belong under \"comment\".");
     }
-  }
+  };
+  // From the last on, which is the one that counts.
+  std::for_each(object.mMembers.rbegin(), object.mMembers.rend(), check);
 }
 
 }  // namespace authoring
