@@ -48,7 +48,7 @@ class PlainExpression {
   /// One step of the way through an expression. Those of characters go on to the next step; `kJump` goes on
   /// at so many steps from itself, and `kSplit` both there and at the next step.
   struct Step {
-    Operation mOperation;
+    Operation mOperation = Operation::kCharacter;
     char mCharacter = 0;
     std::uint8_t mClass = 0;
     std::int16_t mDistance = 0;
