@@ -55,6 +55,7 @@ using qelcore::utility::OSComponentRegistry;
 using qelcore::utility::OSComponentType;
 
 class Candidates;
+class RuleList;
 
 /// How grave an issue is. The numbers are hashed and reported: do not renumber.
 enum class SCRRuleErrorLevel : std::int32_t { INFO = 0, WARN = 1, ERROR = 2, FATAL = 3 };
@@ -195,8 +196,12 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   static void ForgetFileComponents();
 
  private:
+  friend class RuleList;
   friend class SCRBlocklist;
   class MatchingRun;
+
+  /// Empties the fields that a rule adds to a component's.
+  void Clear();
 
   /// Reads the JSON form as `FromJSON` does, into fields that are empty.
   [[nodiscard]] bool ReadRule(const qelcore::json::View& value);
@@ -211,7 +216,10 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
 
-  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& object);
+  /// From the members "versions", "max_version", "version_mask" and "version_mod".
+  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& versions,
+                                        const qelcore::json::View& maxVersion,
+                                        const qelcore::json::View& mask, const qelcore::json::View& modulus);
   // The name is misspelt and stays so.
   void DeserializeProprtyFieldsFromJSON(const qelcore::json::View& object);
 
