@@ -62,6 +62,7 @@ ComparedRule ReadRule(const std::any& element,
   compared.mName = rule.GetName();
   compared.mFields = FieldsOf(rule);
   for (const auto& [key, value] : compared.mFields) compared.mText += key + ' ' + value + '\n';
+  compared.mOwnID = rule.GetID();
   compared.mID = InformedRule(element, defaults.at(static_cast<std::size_t>(rule.GetType()))).GetID();
   return compared;
 }

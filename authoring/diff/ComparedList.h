@@ -33,6 +33,7 @@ struct ComparedRule {
   std::string mName;
   ListFields mFields;  ///< in order of keys
   std::string mText;   ///< all fields; equal for equal rules
+  std::string mOwnID;  ///< its identifier without the default texts
   std::string mID;     ///< by which its issues are remembered, with the default texts
 
   [[nodiscard]] bool IsFileRule() const { return mKind == "File"; }

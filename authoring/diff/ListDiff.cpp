@@ -46,7 +46,7 @@ void ListDiff::ComparePairs(const RulePairs& pairs) {
     }
     mChanges.push_back(
         {pair, areFieldsEqual ? std::vector<FieldChange>() : CompareFields(oldRule.mFields, newRule.mFields),
-         isIdentifierChanged});
+         isIdentifierChanged, areFieldsEqual && oldRule.mOwnID != newRule.mOwnID});
   }
   std::sort(mChanges.begin(), mChanges.end(), [](const RuleChange& left, const RuleChange& right) {
     return left.mPair.mNew < right.mPair.mNew;
@@ -59,8 +59,9 @@ void ListDiff::CompareTexts() {
 
 bool ListDiff::IsEmpty() const {
   return mAdded.empty() && mGone.empty() && mTextChanges.empty() &&
-         std::all_of(mChanges.begin(), mChanges.end(),
-                     [](const RuleChange& change) { return change.mFields.empty(); });
+         std::all_of(mChanges.begin(), mChanges.end(), [](const RuleChange& change) {
+           return change.mFields.empty() && !change.mIsIdentifierChanged;
+         });
 }
 
 bool ListDiff::IsSeenAtLaunch() const {

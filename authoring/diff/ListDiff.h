@@ -30,12 +30,14 @@ struct FieldChange {
 struct RuleChange {
   RulePair mPair;
   std::vector<FieldChange> mFields;  ///< empty when only the place differs, or the default text that it takes
-  bool mIsIdentifierChanged = false;
+  bool mIsIdentifierChanged = false;  ///< of its issues
+  bool mIsNotationChanged = false;    ///< says the same in other words, which the identifier knows
 };
 
 /// What an author may not expect users to notice, or not to notice.
 enum class DiffWarning {
   kDefaultTextChangesIdentifier,
+  kNotationChangesIdentifier,
   kTextChangesIdentifier,
   kConditionChangesIdentifier,
   kChangeKeepsIdentifier,
@@ -74,8 +76,8 @@ class ListDiff {
 
   [[nodiscard]] const std::vector<FieldChange>& TextChanges() const { return mTextChanges; }
 
-  /// Whether the lists read the same, but perhaps for the order of the rules, "blocklist_version" and what
-  /// the report does not read.
+  /// Whether users could notice nothing: the lists read the same, with the same identifiers, but perhaps for
+  /// the order of the rules, "blocklist_version" and what the report does not read.
   [[nodiscard]] bool IsEmpty() const;
 
   /// Whether the nothing-changed test at launch sees that the list is another one. It also takes a list with

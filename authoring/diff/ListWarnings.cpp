@@ -9,7 +9,8 @@ namespace authoring {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> kNames = {"default-text-changes-identifier",
+constexpr std::array<std::string_view, 8> kNames = {"default-text-changes-identifier",
+                                                    "notation-changes-identifier",
                                                     "text-changes-identifier",
                                                     "condition-changes-identifier",
                                                     "change-keeps-identifier",
@@ -40,6 +41,7 @@ std::string_view NameOf(DiffWarning warning) {
 
 void ListDiff::Warn() {
   std::vector<std::size_t> withDefaultText;
+  std::vector<std::size_t> withNotation;
   std::vector<std::size_t> withText;
   std::vector<std::size_t> withCondition;
   std::vector<std::size_t> unseen;
@@ -47,6 +49,8 @@ void ListDiff::Warn() {
     const std::size_t index = change.mPair.mNew;
     if (!change.mIsIdentifierChanged) {
       if (!change.mFields.empty()) unseen.push_back(index);
+    } else if (change.mIsNotationChanged) {
+      withNotation.push_back(index);
     } else if (change.mFields.empty()) {
       withDefaultText.push_back(index);
     } else if (std::all_of(change.mFields.begin(), change.mFields.end(), IsText)) {
@@ -64,6 +68,14 @@ void ListDiff::Warn() {
     warn(DiffWarning::kDefaultTextChangesIdentifier, std::move(withDefaultText),
          Counted(count, "rule has", "rules have") +
              " another identifier, though nothing in the rule was changed: a default text is part of it",
+         kToldAgain);
+  }
+  if (!withNotation.empty()) {
+    const std::size_t count = withNotation.size();
+    warn(DiffWarning::kNotationChangesIdentifier, std::move(withNotation),
+         Counted(count, "rule has", "rules have") +
+             " another identifier, though the rule means the same: \"version\" is part of it, even beside "
+             "\"versions\"",
          kToldAgain);
   }
   if (!withText.empty()) {

@@ -66,7 +66,7 @@ TEST(ListDiffTest, AChangeIsToldFieldByField) {
        {"condition-changes-identifier"}},
       {"",
        R"(, "version_mask": "0.0.+")",
-       {{"version_mask", std::nullopt, R"("0.0.4294967295.4294967295")"}},
+       {{"version_mask", std::nullopt, R"("0.0.+")"}},
        false,
        false,
        {"change-keeps-identifier", "list-change-is-not-seen"}},
@@ -187,13 +187,27 @@ TEST(ListDiffTest, AListThatNoDownloadBringsIsWarnedOf) {
   EXPECT_EQ(Warnings(lists.mDiff), Texts{"download-is-refused"});
 }
 
-/// "version" and "max_version" are another way to write a range.
 TEST(ListDiffTest, TheSameInOtherWordsIsNoDifference) {
-  const DiffedLists lists =
-      DiffRules(R"({"name": "A", "type": "OS", "version": "1", "max_version": "2", "version_mask": "+"})",
-                R"({"type": "OS", "version_mask": "+.+", "versions": [" 1.0 - 2.0 "], "name": "A"})");
+  const DiffedLists lists = DiffRules(
+      R"({"name": "A", "type": "OS", "versions": ["1-2"], "version_mask": "0.+", "error_level": "none"})",
+      R"({"type": "OS", "version_mask": "0.+.+", "versions": [" 1.0 - 2.0 "], "name": "A"})");
   EXPECT_TRUE(lists.mDiff.IsEmpty());
   EXPECT_EQ(lists.mDiff.CountUnchanged(), 1U);
+}
+
+/// "version" and "max_version" are another way to write a range, but a rule's identifier knows "version".
+TEST(ListDiffTest, AnotherNotationChangesTheIdentifier) {
+  const char* const rows[][2] = {
+      {R"("version": "1", "max_version": "2")", R"("versions": ["1-2"])"},
+      {R"("versions": ["1-2"], "version": "5")", R"("versions": ["1-2"])"},
+  };
+  for (const auto& [oldVersions, newVersions] : rows) {
+    const std::string start = R"({"name": "A", "type": "OS", )";
+    const DiffedLists lists = DiffRules(start + oldVersions + "}", start + newVersions + "}");
+    EXPECT_FALSE(lists.mDiff.IsEmpty()) << oldVersions;
+    EXPECT_TRUE(lists.mDiff.IsSeenAtLaunch()) << oldVersions;
+    EXPECT_EQ(Warnings(lists.mDiff), Texts{"notation-changes-identifier"}) << oldVersions;
+  }
 }
 
 }  // namespace
