@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
@@ -17,6 +21,8 @@ using qelsystemcompatibilityreport::OSComponentRegistry;
 using qelsystemcompatibilityreport::OSComponentType;
 using qelsystemcompatibilityreport::SCRRule;
 using qelsystemcompatibilityreport::SeparateMatching;
+
+using VersionsByPath = std::map<std::string, std::string, std::less<>>;
 
 bool Hits(const char* rule, const OSComponentRegistry& machine) {
   return !SCRRule(std::string(rule)).FindMatchingOSComponents(machine).empty();
@@ -33,17 +39,17 @@ class SeparateMatchingTest : public testing::Test {
 
 TEST_F(SeparateMatchingTest, FilesAreRememberedForTheScopeAlone) {
   {
-    const RecordedFilesScope files({{"/x", "1"}});
+    const RecordedFilesScope files(VersionsByPath{{"/x", "1"}});
     EXPECT_TRUE(Hits(kFileRule, mMachine));
   }
-  const RecordedFilesScope none({});
+  const RecordedFilesScope none(VersionsByPath{});
   EXPECT_TRUE(Hits(kFileRule, mMachine)) << "remembered for the process";
   {
     const SeparateMatching separate;
     EXPECT_FALSE(Hits(kFileRule, mMachine));
     {
       const SeparateMatching inner;
-      const RecordedFilesScope files({{"/x", "1"}});
+      const RecordedFilesScope files(VersionsByPath{{"/x", "1"}});
       EXPECT_TRUE(Hits(kFileRule, mMachine));
     }
     EXPECT_FALSE(Hits(kFileRule, mMachine)) << "the outer one's again";
@@ -78,7 +84,7 @@ TEST_F(SeparateMatchingTest, ExpressionsHaveABalanceOfTheirOwn) {
 
 /// The scope of one thread is none of another's.
 TEST_F(SeparateMatchingTest, OtherThreadsGoOnSharing) {
-  const RecordedFilesScope files({{"/x", "1"}});
+  const RecordedFilesScope files(VersionsByPath{{"/x", "1"}});
   EXPECT_TRUE(Hits(kFileRule, mMachine));
   const SeparateMatching separate;
   bool isRemembered = false;
@@ -101,8 +107,7 @@ TEST_F(SeparateMatchingTest, ManyThreadsMatchAtOnce) {
     const bool hasFile = &count != hits.data();
     threads.emplace_back([&, hasFile] {
       for (int round = 0; round < 500; ++round) {
-        const RecordedFilesScope files(hasFile ? std::map<std::string, std::string, std::less<>>{{"/x", "1"}}
-                                               : std::map<std::string, std::string, std::less<>>{});
+        const RecordedFilesScope files(hasFile ? VersionsByPath{{"/x", "1"}} : VersionsByPath{});
         const SeparateMatching separate;
         count += static_cast<int>(rule.FindMatchingOSComponents(mMachine).size());
       }
