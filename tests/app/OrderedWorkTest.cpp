@@ -5,6 +5,7 @@
 #include <atomic>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -32,6 +33,22 @@ TEST(OrderedWorkTest, ResultsComeInTheOrderOfJobs) {
     work.Finish();
     EXPECT_EQ(taken, UpTo(1000)) << threads;
   }
+}
+
+TEST(OrderedWorkTest, WorkAndTakingAreNoMatterOfTheCaller) {
+  std::thread::id worker;
+  std::thread::id taker;
+  OrderedWork<int, std::thread::id> work(
+      1, [](int) { return std::this_thread::get_id(); },
+      [&](std::thread::id id) {
+        worker = id;
+        taker = std::this_thread::get_id();
+      });
+  EXPECT_TRUE(work.Add(1));
+  work.Finish();
+  EXPECT_NE(worker, std::this_thread::get_id());
+  EXPECT_NE(taker, std::this_thread::get_id());
+  EXPECT_NE(worker, taker);
 }
 
 TEST(OrderedWorkTest, NoJobsAreFinishedAtOnce) {
