@@ -80,7 +80,7 @@ enum class SCRPropertyOperator : std::int32_t {
 
 /// A rule. It is a component whose name and kind say what it is about, so it takes over a component's JSON
 /// reading and identity. A value: copies are deep and independent. One thread at a time may match rules in a
-/// process.
+/// process, and beside it those that hold a `SeparateMatching`.
 class QELSCR_EXPORT SCRRule : public OSComponent {
  public:
   using PropertyComparisons = std::map<SCRPropertyOperator, std::string>;
@@ -185,10 +185,11 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// malformed.
   [[nodiscard]] bool MatchesPropertyComponent(const OSComponent& component) const;
 
-  /// Makes every component of a rule's kind a hit, with no further test. Off at start; process-wide.
+  /// Makes every component of a rule's kind a hit, with no further test. Off at start; process-wide, but for
+  /// a thread that holds a `SeparateMatching`.
   static void ForceMatchByTypeForTesting(bool force);
 
-  /// Makes rules skip the version test. Off at start; process-wide.
+  /// Makes rules skip the version test. Likewise.
   static void ForceMatchByNameForTesting(bool force);
 
   /// Forgets what file rules found. For a tool that judges several recorded machines in one process, and

@@ -9,7 +9,7 @@ namespace qelsystemcompatibilityreport {
 /// a match starts with a balance, every expression that is tried adds a little, enough for the expressions
 /// that real lists have, and takes away what it costs. Once the balance is used up, costly expressions are
 /// refused; ordinary ones go on. The unit is a step of the engine, some ten nanoseconds. Process-wide and not
-/// synchronised, as matching is.
+/// synchronised, as matching is; a thread that matches separately has its own.
 class ExpressionBudget {
  public:
   static constexpr std::ptrdiff_t kBalanceAtStart = 200'000'000;

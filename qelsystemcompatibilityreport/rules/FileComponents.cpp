@@ -1,10 +1,9 @@
 #include "qelsystemcompatibilityreport/rules/FileComponents.h"
 
-#include <unordered_map>
-
 #include "platform/qelcore/FileUtils.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
+#include "qelsystemcompatibilityreport/rules/SeparateState.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -15,11 +14,10 @@ using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentType;
 using qelcore::utility::OSComponentVersion;
 
-using Cache = std::unordered_map<std::string, std::shared_ptr<OSComponent>>;
-
-Cache& FileCache() {
-  static Cache cache;
-  return cache;
+FileComponents& FileCache() {
+  static FileComponents cache;
+  SeparateState* const separate = SeparateState::Current();
+  return separate == nullptr ? cache : separate->mFileComponents;
 }
 
 std::shared_ptr<OSComponent> LookUpOnDisk(std::string path) {

@@ -1,0 +1,22 @@
+// Rules as issues carry them.
+#pragma once
+
+#include <any>
+#include <string>
+
+#include "qelsystemcompatibilityreport/SCRRule.h"
+
+namespace authoring {
+
+/// The default texts of a kind.
+struct DefaultTexts {
+  std::string mMessage;
+  std::string mURL;
+};
+
+/// The rule of a readable element of "blocklist" with the default texts of its kind: those of the message,
+/// and with it of the link, only where it has no message of its own.
+[[nodiscard]] qelsystemcompatibilityreport::SCRRule InformedRule(const std::any& element,
+                                                                 const DefaultTexts& defaults);
+
+}  // namespace authoring
