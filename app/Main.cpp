@@ -67,6 +67,7 @@ int Run(const std::vector<std::string>& arguments) {
   app::AddComponentsVerb(application, exitCode);
   app::AddCheckVerb(application, exitCode);
   app::AddLintVerb(application, exitCode);
+  app::AddExplainVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
   app::AddShowVerb(application, exitCode);
   app::AddLaunchVerb(application, exitCode);

@@ -21,6 +21,16 @@ class ExpressionBudget {
   /// Takes the cost of one expression away. Returns false, and takes nothing, when the balance does not
   /// suffice.
   [[nodiscard]] static bool Take(std::size_t cost);
+
+  /// While it lives, expressions are paid from a balance of their own: what is tried for an explanation alone
+  /// must not change what becomes of the match. `Start` fills it, too.
+  class Aside {
+   public:
+    Aside();
+    ~Aside();
+    Aside(const Aside&) = delete;
+    Aside& operator=(const Aside&) = delete;
+  };
 };
 
 }  // namespace qelsystemcompatibilityreport

@@ -1,0 +1,72 @@
+#include "app/BlocklistFile.h"
+
+#include <any>
+#include <cstdint>
+#include <utility>
+
+#include "app/Diagnostics.h"
+#include "app/InputFile.h"
+#include "app/Output.h"
+#include "platform/qelcore/Json.h"
+
+namespace app {
+
+namespace json = qelcore::json;
+using qelsystemcompatibilityreport::SCRBlocklist;
+using qelsystemcompatibilityreport::SCRRule;
+
+namespace {
+
+struct File {
+  std::string mText;
+  std::any mRoot;
+};
+
+File ReadFile(const std::string& path) {
+  File file{ReadInputFile(path), {}};
+  file.mRoot = ParseInputFile(path, file.mText);
+  return file;
+}
+
+SCRBlocklist ReadBlocklist(const std::string& path, const File& file) {
+  const auto* const document = std::any_cast<json::Dictionary>(&file.mRoot);
+  if (document == nullptr) throw UserError(path + ": not a blocklist: it must be a JSON object");
+
+  const Diagnostics diagnostics;
+  SCRBlocklist blocklist(file.mText);
+  if (diagnostics.HasProblemIn("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist")) {
+    throw UserError(path + ": not a blocklist: " + diagnostics.Summary());
+  }
+  // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
+  diagnostics.PrintProblems();
+  const auto version = json::FindInteger(*document, "blocklist_version");
+  if (!version || static_cast<std::uint32_t>(*version) == 0) {
+    throw UserError(path + ": \"blocklist_version\" is missing or 0, so nothing of it is read; write 1");
+  }
+  if (!blocklist.Verify()) {
+    PrintDiagnostic(
+        "note: " + path +
+        ": \"default_info\" lacks a message or a link for one of OS, Video, Audio, Network, File and "
+        "Property, so a download of this blocklist would be refused");
+  }
+  return blocklist;
+}
+
+}  // namespace
+
+SCRBlocklist ReadBlocklist(const std::string& path) {
+  return ReadBlocklist(path, ReadFile(path));
+}
+
+std::vector<SCRRule> ReadBlocklistRules(const std::string& path) {
+  const File file = ReadFile(path);
+  static_cast<void>(ReadBlocklist(path, file));
+  std::vector<SCRRule> rules;
+  const json::Array* const elements = json::FindArray(json::AsDictionary(file.mRoot), "blocklist");
+  if (elements == nullptr) return rules;
+  rules.reserve(elements->size());
+  for (const std::any& element : *elements) rules.emplace_back(element);
+  return rules;
+}
+
+}  // namespace app
