@@ -2,6 +2,7 @@
 
 #include <any>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "app/Diagnostics.h"
@@ -52,6 +53,21 @@ SCRBlocklist ReadBlocklist(const std::string& path, const File& file) {
   return blocklist;
 }
 
+std::string TextOf(const json::Dictionary& object, std::string_view key) {
+  const std::string* const text = json::FindText(object, key);
+  return text == nullptr ? std::string() : *text;
+}
+
+/// A rule with the default texts of its kind, which it takes over only when it has no message of its own.
+json::Dictionary Inform(json::Dictionary rule, const json::Dictionary* defaults) {
+  const json::Dictionary* const texts =
+      defaults == nullptr ? nullptr : json::FindDictionary(*defaults, TextOf(rule, "type"));
+  if (texts == nullptr || !TextOf(rule, "info_message").empty()) return rule;
+  json::Set(rule, "info_message", TextOf(*texts, "info_message"));
+  if (TextOf(rule, "info_url").empty()) json::Set(rule, "info_url", TextOf(*texts, "info_url"));
+  return rule;
+}
+
 }  // namespace
 
 SCRBlocklist ReadBlocklist(const std::string& path) {
@@ -61,11 +77,15 @@ SCRBlocklist ReadBlocklist(const std::string& path) {
 std::vector<SCRRule> ReadBlocklistRules(const std::string& path) {
   const File file = ReadFile(path);
   static_cast<void>(ReadBlocklist(path, file));
+  const json::Dictionary& document = json::AsDictionary(file.mRoot);
   std::vector<SCRRule> rules;
-  const json::Array* const elements = json::FindArray(json::AsDictionary(file.mRoot), "blocklist");
+  const json::Array* const elements = json::FindArray(document, "blocklist");
   if (elements == nullptr) return rules;
+  const json::Dictionary* const defaults = json::FindDictionary(document, "default_info");
   rules.reserve(elements->size());
-  for (const std::any& element : *elements) rules.emplace_back(element);
+  for (const std::any& element : *elements) {
+    rules.emplace_back(std::any(Inform(json::AsDictionary(element), defaults)));
+  }
   return rules;
 }
 

@@ -13,7 +13,8 @@ namespace app {
 /// What a download of it would be refused for is said on standard error.
 [[nodiscard]] qelsystemcompatibilityreport::SCRBlocklist ReadBlocklist(const std::string& path);
 
-/// The same, for the rules of the list, in its order.
+/// The same, for the rules of the list, in its order. They have taken over the default texts, so that their
+/// identifiers are those of their issues.
 [[nodiscard]] std::vector<qelsystemcompatibilityreport::SCRRule> ReadBlocklistRules(const std::string& path);
 
 }  // namespace app

@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kMostHits = 20;
 constexpr std::size_t kMostMisses = 10;
 constexpr std::size_t kMostWhenAsked = 50;
+/// Of one rule, where nothing was asked: so that a rule that hits everything leaves room for others.
+constexpr std::size_t kMostOfOneRule = 3;
 
 class Collector : public ExplanationBuilder {
  public:
@@ -27,6 +29,7 @@ class Collector : public ExplanationBuilder {
  protected:
   bool WantsRule(std::size_t index, const SCRRule&) override {
     mHasCandidates = false;
+    mHitsOfRule = 0;
     return mQuestion.mRules.empty() || mQuestion.mRules.contains(index);
   }
 
@@ -38,7 +41,10 @@ class Collector : public ExplanationBuilder {
   void Take(Explanation& explanation) override {
     ++mExplained.mVerdicts.at(static_cast<std::size_t>(explanation.mVerdict));
     if (explanation.IsHit()) {
-      if (++mExplained.mHitCount <= mMostHits) mExplained.mHits.push_back(Tell(explanation));
+      ++mExplained.mHitCount;
+      ++mHitsOfRule;
+      const bool hasRoom = IsAsked() || mHitsOfRule <= kMostOfOneRule;
+      if (hasRoom && mExplained.mHits.size() < mMostHits) mExplained.mHits.push_back(Tell(explanation));
       return;
     }
     const bool isNear = explanation.mNearness.IsNear();
@@ -67,16 +73,25 @@ class Collector : public ExplanationBuilder {
                                         [](const Nearness& nearness, const ToldExplanation& other) {
                                           return nearness < other.mSteps.mNearness;
                                         });
-    const bool isFull = misses.size() == mMostMisses;
-    if (isFull && place == misses.end()) return;
+    if (misses.size() == mMostMisses && place == misses.end()) return;
     misses.insert(place, Tell(explanation));
-    if (isFull) misses.pop_back();
+    if (!IsAsked()) DropFarthestOfRule(misses);
+    if (misses.size() > mMostMisses) misses.pop_back();
+  }
+
+  void DropFarthestOfRule(std::vector<ToldExplanation>& misses) const {
+    const auto isOfRule = [&](const ToldExplanation& told) { return told.mRule.mIndex == RuleIndex(); };
+    if (static_cast<std::size_t>(std::count_if(misses.begin(), misses.end(), isOfRule)) <= kMostOfOneRule) {
+      return;
+    }
+    misses.erase(std::find_if(misses.rbegin(), misses.rend(), isOfRule).base() - 1);
   }
 
   const ExplainQuestion& mQuestion;
   Explained& mExplained;
   std::size_t mMostHits;
   std::size_t mMostMisses;
+  std::size_t mHitsOfRule = 0;
   bool mHasCandidates = false;
 };
 

@@ -18,9 +18,9 @@ namespace authoring {
 
 /// What is asked. Where no rule or no component is named, all are meant.
 struct ExplainQuestion {
-  std::set<std::size_t> mRules;       ///< the elements of "blocklist" that are asked about
-  std::set<std::string> mComponents;  ///< the names that are asked about
-  bool mForcesByType = false;         ///< as the debug settings say
+  std::set<std::size_t> mRules{};       ///< the elements of "blocklist" that are asked about
+  std::set<std::string> mComponents{};  ///< the names that are asked about
+  bool mForcesByType = false;           ///< as the debug settings say
   bool mForcesByName = false;
 };
 
@@ -57,8 +57,8 @@ struct Explained {
 };
 
 /// Matches the rules, as a report does, and explains. Without a question about rules only near misses are
-/// told. Of what there is to tell it keeps so much as a person reads: at most 20 hits and 10 misses, or 50
-/// each when something was asked. Main thread only.
+/// told. Of what there is to tell it keeps so much as a person reads: at most 20 hits and 10 misses and 3 of
+/// either for each rule, or 50 of either when something was asked. Main thread only.
 [[nodiscard]] Explained Explain(const std::vector<qelsystemcompatibilityreport::SCRRule>& rules,
                                 const qelcore::utility::OSComponentRegistry& registry,
                                 const ExplainQuestion& question);

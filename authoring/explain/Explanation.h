@@ -74,9 +74,9 @@ struct Nearness {
   /// All but the first and the last are near: a single test keeps them from being a hit.
   enum class Kind {
     kHit,
-    kDependency,      ///< a dependency that nearly finds something
     kVersion,         ///< the version
     kValue,           ///< the value of a property
+    kDependency,      ///< a dependency that nearly finds something
     kName,            ///< the name, which nearly matches
     kDependencyLost,  ///< a dependency that finds nothing near
     kFar,

@@ -34,12 +34,14 @@ void MeasureValue(const Explanation& candidate, Nearness& nearness) {
   }
 }
 
-bool NearlyFindsSomething(const DependencyFacts& dependency) {
-  return std::any_of(dependency.mCandidates.begin(), dependency.mCandidates.end(),
-                     [](const Explanation& candidate) {
-                       const Nearness::Kind kind = candidate.mNearness.mKind;
-                       return kind != Nearness::Kind::kDependencyLost && kind != Nearness::Kind::kFar;
-                     });
+/// As near as the nearest candidate of the dependency that finds nothing.
+Nearness MeasureDependency(const DependencyFacts& dependency) {
+  Nearness nearness;
+  if (!dependency.mCandidates.empty()) nearness = dependency.mCandidates.front().mNearness;
+  const bool isLost =
+      nearness.mKind == Nearness::Kind::kDependencyLost || nearness.mKind == Nearness::Kind::kFar;
+  nearness.mKind = isLost ? Nearness::Kind::kDependencyLost : Nearness::Kind::kDependency;
+  return nearness;
 }
 
 /// Empty again, with the memory that it has.
@@ -203,8 +205,7 @@ Nearness ExplanationBuilder::Measure(const Explanation& candidate) const {
       nearness.mKind = Nearness::Kind::kHit;
       break;
     case MatchVerdict::kDependency:
-      nearness.mKind = NearlyFindsSomething(candidate.mDependencies.back()) ? Nearness::Kind::kDependency
-                                                                            : Nearness::Kind::kDependencyLost;
+      nearness = MeasureDependency(candidate.mDependencies.back());
       break;
     case MatchVerdict::kVersion:
       // A file has no name test: its path has led to it.

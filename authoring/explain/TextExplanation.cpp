@@ -170,14 +170,15 @@ class TextWriter {
                   " something");
     }
     if (steps.mDependenciesNotAsked == 0) return;
-    std::string text = Count(steps.mDependenciesNotAsked, "is", "are") + " not asked";
+    const bool isOne = steps.mDependenciesNotAsked == 1;
+    std::string text = isOne ? "not asked" : std::to_string(steps.mDependenciesNotAsked) + ", not asked";
     if (steps.mFailsAside) {
-      text += "; dependency " + std::to_string(*steps.mFailsAside) + " would find nothing";
+      const std::string which = isOne ? "it" : "dependency " + std::to_string(*steps.mFailsAside);
+      text += "; " + which + " would find nothing";
     } else if (steps.mWasAskedAside) {
-      text +=
-          std::string("; ") + (steps.mDependenciesNotAsked == 1 ? "it" : "each") + " would find something";
+      text += isOne ? "; it would find something" : "; each would find something";
     }
-    AddStep(kNotMade, "dependencies", text);
+    AddStep(kNotMade, isOne ? "dependency" : "dependencies", text);
   }
 
   static std::string DescribeFound(const DependencyFacts& dependency) {
@@ -194,15 +195,25 @@ class TextWriter {
     if (mIsBrief && dependency.mFoundSomething) return;
     mIndent += 4;
     if (dependency.mFile) WriteFile(*dependency.mFile);
+    std::size_t leftOut = dependency.mCandidatesLeftOut;
     for (const Explanation& candidate : dependency.mCandidates) {
+      if (mIsBrief && candidate.mNearness.mKind == Nearness::Kind::kFar) {
+        ++leftOut;
+        continue;
+      }
       Add(std::string(candidate.IsHit() ? "hit   " : "miss  ") + DescribeComponent(*candidate.mComponent) +
           (candidate.IsHit() ? "" : ": " + DescribeMiss(candidate)));
       mIndent += 6;
       WriteSteps(candidate);
       mIndent -= 6;
     }
-    if (dependency.mCandidatesLeftOut > 0) {
-      Add(Count(dependency.mCandidatesLeftOut, "more component", "more components"));
+    const bool isFirst = leftOut == dependency.mCandidates.size() + dependency.mCandidatesLeftOut;
+    if (leftOut > 0 && isFirst) {
+      Add(Count(leftOut, "component of the kind, not near", "components of the kind, none of them near"));
+    } else if (leftOut > 0) {
+      Add(Count(leftOut, "more component", "more components"));
+    } else if (isFirst && !dependency.mFile && !dependency.mIsRemembered) {
+      Add("the machine has no component of the kind");
     }
     mIndent -= 4;
   }
