@@ -1,6 +1,7 @@
 #include "authoring/explain/Explain.h"
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 #include <utility>
 
@@ -33,9 +34,9 @@ class Collector : public ExplanationBuilder {
     return mQuestion.mRules.empty() || mQuestion.mRules.contains(index);
   }
 
-  bool WantsCandidate(const OSComponent& component) override {
+  bool WantsCandidate(const std::shared_ptr<OSComponent>& component) override {
     mHasCandidates = true;
-    return mQuestion.mComponents.empty() || mQuestion.mComponents.contains(component.GetName());
+    return mQuestion.mComponents.empty() || mQuestion.mComponents.contains(component->GetName());
   }
 
   void Take(Explanation& explanation) override {

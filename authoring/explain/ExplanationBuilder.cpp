@@ -98,7 +98,7 @@ void ExplanationBuilder::OnFile(const FileStep& step) {
 void ExplanationBuilder::BeginCandidate(const std::shared_ptr<OSComponent>& component) {
   if (mLevels.size() == 1) {
     mCandidatesBelow = 0;
-    mIsSkipped = !WantsCandidate(*component);
+    mIsSkipped = !WantsCandidate(component);
   }
   if (!IsKept()) return;
   Clear(Candidate());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -43,7 +44,7 @@ class ExplanationBuilder : public qelsystemcompatibilityreport::MatchObserver {
   virtual bool WantsRule(std::size_t index, const qelsystemcompatibilityreport::SCRRule& rule) = 0;
 
   /// Whether those of a candidate of the present rule are.
-  virtual bool WantsCandidate(const OSComponent& component) = 0;
+  virtual bool WantsCandidate(const std::shared_ptr<OSComponent>& component) = 0;
 
   /// A candidate of the present rule is done. What it holds may be moved away.
   virtual void Take(Explanation& explanation) = 0;
