@@ -3,8 +3,10 @@
 
 #include <any>
 #include <string>
+#include <vector>
 
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/SCRRule.h"
 
 namespace app {
 
@@ -16,5 +18,9 @@ struct BlocklistFile {
 /// Reads a blocklist, and throws `UserError` for one of which nothing, or not all, could be read. What a
 /// download would refuse is noted on standard error.
 [[nodiscard]] BlocklistFile ReadBlocklistFile(const std::string& path);
+
+/// The same, for the rules of the list, in its order. They have taken over the default texts, so that their
+/// identifiers are those of their issues.
+[[nodiscard]] std::vector<qelsystemcompatibilityreport::SCRRule> ReadBlocklistRules(const std::string& path);
 
 }  // namespace app

@@ -32,6 +32,7 @@
 
 #include <any>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -56,6 +57,7 @@ using qelcore::utility::OSComponentType;
 
 class Candidates;
 class RuleList;
+class MatchObserver;
 
 /// How grave an issue is. The numbers are hashed and reported: do not renumber.
 enum class SCRRuleErrorLevel : std::int32_t { INFO = 0, WARN = 1, ERROR = 2, FATAL = 3 };
@@ -199,6 +201,11 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
  private:
   friend class RuleList;
   friend class SCRBlocklist;
+  friend QELSCR_EXPORT void ExplainMatch(const SCRRule& rule, const OSComponentRegistry& registry,
+                                         MatchObserver& observer);
+  friend QELSCR_EXPORT void ExplainMatch(const std::vector<SCRRule>& rules,
+                                         const OSComponentRegistry& registry, MatchObserver& observer);
+  template <typename Observer>
   class MatchingRun;
 
   /// Empties the fields that a rule adds to a component's.
@@ -213,6 +220,9 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(
       Candidates& candidates) const;
 
+  /// The same for `ExplainMatch`.
+  void Explain(std::size_t index, Candidates& candidates, MatchObserver& observer) const;
+
   /// Takes the given message when the rule has none, and, only in that case, also the given link when the
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
@@ -225,10 +235,6 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   void DeserializeProprtyFieldsFromJSON(const qelcore::json::View& object);
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
-  [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
-  // These two throw when an expression is malformed.
-  [[nodiscard]] bool MatchesProperty(const OSComponent& component) const;
-  [[nodiscard]] bool SatisfiesComparisons(const std::string& value) const;
 
   std::string mInfoMessage;
   std::string mInfoURL;
