@@ -1,5 +1,4 @@
 #include <atomic>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,12 +8,11 @@
 #include "host/qelnet/Options.h"
 #include "host/qelnet/Outcomes.h"
 #include "host/qelnet/RequestHeaders.h"
+#include "host/qelnet/Requests.h"
 #include "host/qelnet/Tracing.h"
 #include "host/qelnet/Url.h"
 #include "host/qelnet/Worker.h"
 #include "platform/qelcore/Config.h"
-#include "platform/qelcore/Trace.h"
-#include "platform/qelnet.h"
 
 namespace qelnet {
 
@@ -35,7 +33,7 @@ bool Refuse(const qelcore::Guid& identifier, const std::string& url, const char*
   return false;
 }
 
-bool Start(Request request) {
+bool Begin(Request request) {
   const qelcore::Guid identifier = request.mIdentifier;
   PrepareCurl();
   RegisterTermination();
@@ -46,31 +44,29 @@ bool Start(Request request) {
          Refuse(identifier, url, "The library cannot serve it any more.");
 }
 
-}  // namespace
-
-bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::ImmutableString& url,
-         const Headers& headers, const Configuration& /*configuration*/) {
-  try {
-    std::optional<Url> parsed = ParseUrl(url.View());
+class WorkersRequests final : public Requests {
+ public:
+  bool Start(const qelcore::Guid& identifier, Completion completion, const std::string& url,
+             const Headers& headers) override {
+    std::optional<Url> parsed = ParseUrl(url);
     if (!parsed) return Refuse(identifier, {}, "Its address is malformed or of another scheme.");
     if (!CanBeSent(headers))
       return Refuse(identifier, parsed->mForLog, "It has a header that HTTP does not allow.");
-    return Start({.mIdentifier = identifier,
+    return Begin({.mIdentifier = identifier,
                   .mCompletion = std::move(completion),
                   .mUrl = *std::move(parsed),
                   .mHeaders = headers,
                   .mOptions = CurrentOptions()});
-  } catch (...) {
-    qelcore::LogException(std::current_exception(), "qelnet::GET");
-    return false;
   }
+
+  void Shutdown() override { Worker::Instance().Shutdown(); }
+};
+
+}  // namespace
+
+Requests& CurlRequests() {
+  static Requests& requests = *new WorkersRequests;
+  return requests;
 }
 
-namespace host {
-
-void Shutdown() {
-  Worker::Instance().Shutdown();
-}
-
-}  // namespace host
 }  // namespace qelnet

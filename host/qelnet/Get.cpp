@@ -1,0 +1,31 @@
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "host/qelnet/HostSetup.h"
+#include "host/qelnet/Requests.h"
+#include "platform/qelcore/Trace.h"
+#include "platform/qelnet.h"
+
+namespace qelnet {
+
+bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::ImmutableString& url,
+         const Headers& headers, const Configuration& /*configuration*/) {
+  try {
+    return TheRequests().Start(identifier, std::move(completion), std::string(url.View()), headers);
+  } catch (...) {
+    qelcore::LogException(std::current_exception(), "qelnet::GET");
+    return false;
+  }
+}
+
+void host::Shutdown() {
+  try {
+    TheRequests().Shutdown();
+  } catch (...) {
+    // Without the library of the requests there are none, and there will be none.
+    qelcore::LogException(std::current_exception(), "qelnet::host::Shutdown");
+  }
+}
+
+}  // namespace qelnet
