@@ -120,8 +120,8 @@ std::optional<std::string> RootedFiles::Read(std::string_view path, std::size_t 
       openat(mRoot, resolved->c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (file.Get() < 0) return std::nullopt;
 
-  // The files of sysfs and procfs do not tell their length, so reading goes on until there is nothing more. One
-  // byte more than others tell makes room to see their end.
+  // The files of sysfs and procfs do not tell their length, so reading goes on until there is nothing more.
+  // One byte more than others tell makes room to see their end.
   std::string content;
   std::size_t length = 0;
   std::size_t room = std::max(kFirstBlock, static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)) + 1);
