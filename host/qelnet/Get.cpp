@@ -2,7 +2,9 @@
 #include <string>
 #include <utility>
 
+#include "host/qelcore/HostSetup.h"
 #include "host/qelnet/HostSetup.h"
+#include "host/qelnet/Outcomes.h"
 #include "host/qelnet/Requests.h"
 #include "platform/qelcore/Trace.h"
 #include "platform/qelnet.h"
@@ -14,7 +16,11 @@ bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::
   try {
     return TheRequests().Start(identifier, std::move(completion), std::string(url.View()), headers);
   } catch (...) {
-    qelcore::LogException(std::current_exception(), "qelnet::GET");
+    const std::exception_ptr exception = std::current_exception();
+    qelcore::LogException(exception, "qelnet::GET");
+    // The address may hold a password, and is not taken apart here.
+    TellOutcome(
+        [&] { return host::Outcome{.mUrl = {}, .mFailure = qelcore::host::DescribeException(exception)}; });
     return false;
   }
 }

@@ -20,7 +20,7 @@ std::filesystem::path DirectoryOfThisLibrary() {
 
 [[noreturn]] void Fail() {
   const char* const error = dlerror();
-  throw std::runtime_error(std::string("there are no downloads: ") +
+  throw std::runtime_error(std::string("nothing can be downloaded: ") +
                            (error != nullptr ? error : "unknown error"));
 }
 
