@@ -157,6 +157,11 @@ bool Transfer::Conclude(CURLcode code) {
   long status = 0;
   const char* location = nullptr;
   curl_easy_getinfo(mHandle.get(), CURLINFO_RESPONSE_CODE, &status);
+  // libcurl takes a first line such as "HTTP/20 OK" for one.
+  if (status == 0) {
+    Fail("The answer has no status.");
+    return true;
+  }
   curl_easy_getinfo(mHandle.get(), CURLINFO_REDIRECT_URL, &location);
   if (location != nullptr && IsRedirect(status)) {
     const std::string refusal = FollowRedirect(mRequest, location);

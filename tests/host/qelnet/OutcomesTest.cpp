@@ -57,6 +57,15 @@ TEST_F(Outcomes, OfAFailure) {
   EXPECT_THAT(Seen()[0].mFailure, HasSubstr("connect"));
 }
 
+TEST_F(Outcomes, OfAnAnswerWithoutAStatus) {
+  const LoopbackServer server(
+      LoopbackServer::Answering([](const std::string&) { return "HTTP/20 OK\r\n\r\nbody"; }));
+  EXPECT_EQ(Fetch(server.Url("/x")).mStatus, 0);
+  ASSERT_EQ(Seen().size(), 1U);
+  EXPECT_EQ(Seen()[0].mStatus, 0);
+  EXPECT_EQ(Seen()[0].mFailure, "The answer has no status.");
+}
+
 TEST_F(Outcomes, OfARefusal) {
   EXPECT_FALSE(Get("ftp://example.com/"));
   EXPECT_FALSE(Get("http://example.com/", {{"a b", "c"}}));
