@@ -157,8 +157,9 @@ bool Transfer::Conclude(CURLcode code) {
   long status = 0;
   const char* location = nullptr;
   curl_easy_getinfo(mHandle.get(), CURLINFO_RESPONSE_CODE, &status);
-  // libcurl takes a first line such as "HTTP/20 OK" for one.
-  if (status == 0) {
+  // libcurl takes first lines such as "HTTP/20 OK" and "HTTP/21000301 OK" for such of an answer.
+  constexpr long kLargestStatus = 999;
+  if (status <= 0 || status > kLargestStatus) {
     Fail("The answer has no status.");
     return true;
   }
