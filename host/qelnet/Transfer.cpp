@@ -163,6 +163,12 @@ bool Transfer::Conclude(CURLcode code) {
   long status = 0;
   const char* location = nullptr;
   curl_easy_getinfo(mHandle.get(), CURLINFO_RESPONSE_CODE, &status);
+  // libcurl takes first lines such as "HTTP/20 OK" and "HTTP/21000301 OK" for such of an answer.
+  constexpr long kLargestStatus = 999;
+  if (status <= 0 || status > kLargestStatus) {
+    Fail("The answer has no status.");
+    return true;
+  }
   curl_easy_getinfo(mHandle.get(), CURLINFO_REDIRECT_URL, &location);
   if (location != nullptr && IsRedirect(status)) {
     const std::string refusal = FollowRedirect(mRequest, location);
