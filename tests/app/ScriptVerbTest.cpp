@@ -37,7 +37,7 @@ TEST_F(ScriptVerbTest, AnErrorIsShownWithFileAndLine) {
       {"\nerror(nil)", "script.lua:2: (error object is a nil value)"},
       {"\n\nerror('my words', 0)", "script.lua:3: my words"},
       {"local function inner()\n  error('my words', 0)\nend\ninner()", "script.lua:2: my words"},
-      {"\nlocal text = string.rep('x', 1 << 30)", "script.lua:2: not enough memory: a script may use "},
+      {"\nlocal text = string.rep('x', 1 << 30)", "script.lua: not enough memory: a script may use "},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.mScript);

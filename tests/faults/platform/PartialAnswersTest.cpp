@@ -75,7 +75,7 @@ qelcore::filesupport::Dir GetNoDirectory() {
 }
 
 TEST(PartialAnswers, ARunGoesOnWhenItsSettingsCannotBeRead) {
-  ReplacePlatformCall("DebugDatabase::GetEntry(", reinterpret_cast<void*>(&GetNoEntry));
+  ReplacePlatformCall("DebugDatabase::GetEntry", reinterpret_cast<void*>(&GetNoEntry));
   const testsupport::TestHost host;
   const testsupport::RecordingUserInterface toolkit;
   qelsystemcompatibilityreport::RunReportForHelp(u"Example", nullptr);

@@ -30,7 +30,7 @@ class DownloadLimit : public testsupport::NetTest {
 
   /// Whether the largest body is that large and no larger.
   void ExpectLimit(std::uint64_t limit) {
-    const std::string tooLarge = "The body is larger than " + std::to_string(limit) + " bytes.";
+    const std::string tooLarge = "Failed: The body is larger than " + std::to_string(limit) + " bytes.";
     EXPECT_EQ(ReasonFor(limit + 1), tooLarge);
     EXPECT_NE(ReasonFor(limit), tooLarge);
   }
@@ -90,6 +90,7 @@ TEST_F(DownloadLimit, TheSmallerOfTheSettingAndTheOptionsHolds) {
 }
 
 TEST_F(DownloadLimit, TheSettingCanBeListed) {
+  ExpectLimit(67'108'864);
   EXPECT_EQ(qelcore::host::GetDebugEntries().at("host.largest_download_bytes"), "67108864");
 }
 
