@@ -68,6 +68,7 @@ int Run(const std::vector<std::string>& arguments) {
   app::AddCheckVerb(application, exitCode);
   app::AddLintVerb(application, exitCode);
   app::AddDiffVerb(application, exitCode);
+  app::AddExplainVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
   app::AddShowVerb(application, exitCode);
   app::AddLaunchVerb(application, exitCode);

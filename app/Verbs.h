@@ -19,6 +19,7 @@ void AddComponentsVerb(CLI::App& application, ExitCode& exitCode);
 void AddCheckVerb(CLI::App& application, ExitCode& exitCode);
 void AddLintVerb(CLI::App& application, ExitCode& exitCode);
 void AddDiffVerb(CLI::App& application, ExitCode& exitCode);
+void AddExplainVerb(CLI::App& application, ExitCode& exitCode);
 void AddStateVerb(CLI::App& application, ExitCode& exitCode);
 void AddShowVerb(CLI::App& application, ExitCode& exitCode);
 void AddLaunchVerb(CLI::App& application, ExitCode& exitCode);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -112,7 +111,7 @@ struct Arguments {
 };
 
 ExitCode Check(const Arguments& arguments) {
-  const SCRBlocklist blocklist = ReadBlocklistFile(arguments.mBlocklist).mBlocklist;
+  const SCRBlocklist blocklist = ReadBlocklist(arguments.mBlocklist);
   OSComponent::EnableSupportProperties(true);
   bool isSerious = false;
   const auto tell = [&](const Verdict& verdict) {

@@ -12,7 +12,6 @@ namespace authoring {
 
 namespace json = qelcore::json;
 using qelcore::utility::ComponentTypeToString;
-using qelcore::utility::kOSComponentTypeCount;
 using qelcore::utility::OSComponentType;
 using qelsystemcompatibilityreport::SCRRule;
 
@@ -26,24 +25,6 @@ const std::any& Member(const json::Dictionary& object, std::string_view key) {
   return found == object.end() ? none : *found->second;
 }
 
-std::string TextOrEmpty(const json::Dictionary& object, std::string_view key) {
-  const std::string* const text = json::FindText(object, key);
-  return text == nullptr ? std::string() : *text;
-}
-
-std::array<DefaultTexts, kOSComponentTypeCount> ReadDefaults(const json::Dictionary& document) {
-  std::array<DefaultTexts, kOSComponentTypeCount> defaults;
-  const json::Dictionary* const entries = json::FindDictionary(document, "default_info");
-  if (entries == nullptr) return defaults;
-  for (std::size_t kind = 0; kind < defaults.size(); ++kind) {
-    const std::string key = ComponentTypeToString(OSComponentType{static_cast<std::int32_t>(kind)});
-    const json::Dictionary* const entry = json::FindDictionary(*entries, key);
-    if (entry == nullptr) continue;
-    defaults[kind] = {TextOrEmpty(*entry, "info_message"), TextOrEmpty(*entry, "info_url")};
-  }
-  return defaults;
-}
-
 ListFields FieldsOf(const SCRRule& rule) {
   const std::any value = rule.ToJSON();
   ListFields fields;
@@ -54,8 +35,7 @@ ListFields FieldsOf(const SCRRule& rule) {
   return fields;
 }
 
-ComparedRule ReadRule(const std::any& element,
-                      const std::array<DefaultTexts, kOSComponentTypeCount>& defaults) {
+ComparedRule ReadRule(const std::any& element, const DefaultTextsOfKinds& defaults) {
   const SCRRule rule(element);
   ComparedRule compared;
   compared.mKind = ComponentTypeToString(rule.GetType());
@@ -80,7 +60,7 @@ ComparedList::ComparedList(const std::any& document,
     : mIsAcceptedAsDownload(blocklist.Verify()) {
   const json::Dictionary& root = json::AsDictionary(document);
   mVersion = json::Serialise(Member(root, "blocklist_version"));
-  const auto defaults = ReadDefaults(root);
+  const auto defaults = ReadDefaultTexts(root);
   for (std::size_t kind = 0; kind < defaults.size(); ++kind) {
     const std::string entry =
         "default_info." + ComponentTypeToString(OSComponentType{static_cast<std::int32_t>(kind)});

@@ -1,6 +1,7 @@
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "qelsystemcompatibilityreport/rules/SeparateState.h"
 
@@ -8,24 +9,37 @@ namespace qelsystemcompatibilityreport {
 
 namespace {
 
-std::ptrdiff_t& Balance() {
-  static std::ptrdiff_t balance = ExpressionBudget::kBalanceAtStart;
+ExpressionBudget::Balances& TheBalances() {
+  static ExpressionBudget::Balances balances;
   SeparateState* const separate = SeparateState::Current();
-  return separate == nullptr ? balance : separate->mExpressionBalance;
+  return separate == nullptr ? balances : separate->mExpressionBalances;
+}
+
+void ChangeSides() {
+  ExpressionBudget::Balances& balances = TheBalances();
+  std::swap(balances.mInUse, balances.mAside);
 }
 
 }  // namespace
 
 void ExpressionBudget::Start() {
-  Balance() = kBalanceAtStart;
+  TheBalances() = {};
 }
 
 bool ExpressionBudget::Take(std::size_t cost) {
-  std::ptrdiff_t& balance = Balance();
+  std::ptrdiff_t& balance = TheBalances().mInUse;
   balance = std::min(balance + kAddedForEachExpression, kBalanceAtStart);
   if (cost > static_cast<std::size_t>(balance)) return false;
   balance -= static_cast<std::ptrdiff_t>(cost);
   return true;
+}
+
+ExpressionBudget::Aside::Aside() {
+  ChangeSides();
+}
+
+ExpressionBudget::Aside::~Aside() {
+  ChangeSides();
 }
 
 }  // namespace qelsystemcompatibilityreport

@@ -2,23 +2,17 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
-#include <memory>
-#include <string>
-#include <unordered_map>
 
-#include "platform/qelcore/Components.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
+#include "qelsystemcompatibilityreport/rules/FileComponents.h"
 #include "qelsystemcompatibilityreport/rules/MatchingSwitches.h"
 
 namespace qelsystemcompatibilityreport {
 
-using FileComponents = std::unordered_map<std::string, std::shared_ptr<qelcore::utility::OSComponent>>;
-
 struct SeparateState {
   MatchingSwitches mSwitches;
-  std::ptrdiff_t mExpressionBalance = ExpressionBudget::kBalanceAtStart;
-  FileComponents mFileComponents;
+  ExpressionBudget::Balances mExpressionBalances;
+  FileAnswers mFileAnswers;
 
   /// This thread's; null when it shares the process's, as it does in all but a few tools.
   [[nodiscard]] static SeparateState* Current() {

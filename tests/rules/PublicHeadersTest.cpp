@@ -14,6 +14,7 @@
 #include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/Export.h"
 #include "qelsystemcompatibilityreport/IssueResolution.h"
+#include "qelsystemcompatibilityreport/MatchExplanation.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/SCRIssue.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
