@@ -20,6 +20,7 @@
 #include "app/Verbs.h"
 #include "authoring/diff/DiffOutputs.h"
 #include "host/qelcore/HostSetup.h"
+#include "platform/qelcore/Text.h"
 #include "qelsystemcompatibilityreport/SeparateMatching.h"
 
 namespace app {
@@ -136,11 +137,15 @@ Snapshot Read(const MachineInput& input) {
   return ParseSnapshot(input.mName, input.mText);
 }
 
+/// A file's name need not be UTF-8, and JSON has to be.
+std::string ToValidUTF8(const std::string& text) {
+  return qelcore::string::UTF16to8(qelcore::string::UTF8to16(text));
+}
+
 /// Matches one machine and writes down what there is to say. Any thread; whatever is wrong with the machine
 /// goes into the output.
 MachineOutput Judge(const Comparison& comparison, const MachineInput& input, bool asJSON) {
   MachineOutput output;
-  const authoring::MachineName name{input.mName, input.mLine};
   try {
     Snapshot snapshot = Read(input);
     const authoring::MachineName given{
@@ -154,7 +159,10 @@ MachineOutput Judge(const Comparison& comparison, const MachineInput& input, boo
     if (!output.mProblem.starts_with(input.mName)) output.mProblem = input.mName + ": " + output.mProblem;
     output.mCounts.mMachines = 1;
     output.mCounts.mUnreadable = 1;
-    if (asJSON) output.mText = WriteErrorJson(name, output.mProblem);
+    if (asJSON) {
+      const authoring::MachineName name{ToValidUTF8(input.mName), input.mLine};
+      output.mText = WriteErrorJson(name, ToValidUTF8(output.mProblem));
+    }
   }
   return output;
 }

@@ -1,5 +1,6 @@
 #include "qelsystemcompatibilityreport/SeparateMatching.h"
 
+#include <locale>
 #include <utility>
 
 #include "qelsystemcompatibilityreport/rules/SeparateState.h"
@@ -9,6 +10,18 @@ namespace qelsystemcompatibilityreport {
 namespace {
 
 thread_local SeparateState* tState = nullptr;
+
+/// The standard library's tables of characters, which all regular expressions share, may be filled as they
+/// are used, and without a lock. So all of them are used once, before threads do.
+bool UseAllCharacters() {
+  const auto& characters = std::use_facet<std::ctype<char>>(std::locale::classic());
+  bool areKnown = true;
+  for (int code = 1; code <= 255; ++code) {
+    const char character = static_cast<char>(code);
+    areKnown &= characters.narrow(characters.widen(character), '\0') == character;
+  }
+  return areKnown;
+}
 
 }  // namespace
 
@@ -25,7 +38,10 @@ SeparateState* SeparateState::Replace(SeparateState* state) {
 }
 
 SeparateMatching::SeparateMatching()
-    : mState(std::make_unique<SeparateState>()), mBefore(SeparateState::Replace(mState.get())) {}
+    : mState(std::make_unique<SeparateState>()), mBefore(SeparateState::Replace(mState.get())) {
+  static const bool areCharactersUsed = UseAllCharacters();
+  static_cast<void>(areCharactersUsed);
+}
 
 SeparateMatching::~SeparateMatching() {
   SeparateState::Replace(mBefore);

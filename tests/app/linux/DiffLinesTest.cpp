@@ -122,6 +122,16 @@ TEST_F(LinuxDiffLinesTest, AFullDiskIsAnError) {
   EXPECT_NE(result.mErrors.find("standard output"), std::string::npos) << result.mErrors;
 }
 
+/// Such a file cannot be opened, but what is said of it has to be JSON.
+TEST_F(LinuxDiffLinesTest, AFileNameThatIsNoTextIsToldAsText) {
+  Write("fleet/a.json", kOffice);
+  const auto result = Shell("mv fleet/a.json $'fleet/a\\xff.json'; scr_diff --machine fleet --json");
+  EXPECT_EQ(result.mExitCode, 1);
+  EXPECT_NE(result.mOutput.find("\"kind\":\"error\",\"machine\":\"fleet/a\xEF\xBF\xBD.json\"}"),
+            std::string::npos)
+      << result.mOutput;
+}
+
 TEST_F(LinuxDiffLinesTest, PathsComeFromStandardInput) {
   Write("fleet/a.json", kOffice);
   Write("fleet/b c.json", kOffice);
