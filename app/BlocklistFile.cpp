@@ -1,13 +1,12 @@
 #include "app/BlocklistFile.h"
 
-#include <any>
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
 #include "app/Diagnostics.h"
 #include "app/InputFile.h"
 #include "app/Output.h"
+#include "authoring/model/InformedRule.h"
 #include "platform/qelcore/Json.h"
 
 namespace app {
@@ -18,33 +17,31 @@ using qelsystemcompatibilityreport::SCRRule;
 
 namespace {
 
-struct File {
-  std::string mText;
-  std::any mRoot;
-};
+constexpr const char* kReading = "qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist";
 
-File ReadFile(const std::string& path) {
-  File file{ReadInputFile(path), {}};
-  file.mRoot = ParseInputFile(path, file.mText);
-  return file;
-}
-
-SCRBlocklist ReadBlocklist(const std::string& path, const File& file) {
-  const auto* const document = std::any_cast<json::Dictionary>(&file.mRoot);
+/// Refuses a document of which nothing, or not all, could be read, and says why. For that it makes the whole
+/// document, which takes longer than all that is done with a list that is in order.
+void RefuseUnreadable(const std::string& path, const std::string& text, const Diagnostics& diagnostics) {
+  const std::any root = ParseInputFile(path, text);
+  const auto* const document = std::any_cast<json::Dictionary>(&root);
   if (document == nullptr) throw UserError(path + ": not a blocklist: it must be a JSON object");
-
-  const Diagnostics diagnostics;
-  SCRBlocklist blocklist(file.mText);
-  if (diagnostics.HasProblemIn("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist")) {
+  if (diagnostics.HasProblemIn(kReading)) {
     throw UserError(path + ": not a blocklist: " + diagnostics.Summary());
   }
-  // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
-  diagnostics.PrintProblems();
   const auto version = json::FindInteger(*document, "blocklist_version");
   if (!version || static_cast<std::uint32_t>(*version) == 0) {
     throw UserError(path + ": \"blocklist_version\" is missing or 0, so nothing of it is read; write 1");
   }
-  if (!blocklist.Verify()) {
+}
+
+SCRBlocklist ReadText(const std::string& path, const std::string& text) {
+  const Diagnostics diagnostics;
+  SCRBlocklist blocklist(text);
+  const bool isVerified = blocklist.Verify();
+  if (!isVerified || diagnostics.HasProblemIn(kReading)) RefuseUnreadable(path, text, diagnostics);
+  // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
+  diagnostics.PrintProblems();
+  if (!isVerified) {
     PrintDiagnostic(
         "note: " + path +
         ": \"default_info\" lacks a message or a link for one of OS, Video, Audio, Network, File and "
@@ -53,38 +50,29 @@ SCRBlocklist ReadBlocklist(const std::string& path, const File& file) {
   return blocklist;
 }
 
-std::string TextOf(const json::Dictionary& object, std::string_view key) {
-  const std::string* const text = json::FindText(object, key);
-  return text == nullptr ? std::string() : *text;
-}
-
-/// A rule with the default texts of its kind, which it takes over only when it has no message of its own.
-json::Dictionary Inform(json::Dictionary rule, const json::Dictionary* defaults) {
-  const json::Dictionary* const texts =
-      defaults == nullptr ? nullptr : json::FindDictionary(*defaults, TextOf(rule, "type"));
-  if (texts == nullptr || !TextOf(rule, "info_message").empty()) return rule;
-  json::Set(rule, "info_message", TextOf(*texts, "info_message"));
-  if (TextOf(rule, "info_url").empty()) json::Set(rule, "info_url", TextOf(*texts, "info_url"));
-  return rule;
-}
-
 }  // namespace
 
 SCRBlocklist ReadBlocklist(const std::string& path) {
-  return ReadBlocklist(path, ReadFile(path));
+  return ReadText(path, ReadInputFile(path));
+}
+
+BlocklistFile ReadBlocklistFile(const std::string& path) {
+  const std::string text = ReadInputFile(path);
+  SCRBlocklist blocklist = ReadText(path, text);
+  return {ParseInputFile(path, text), std::move(blocklist)};
 }
 
 std::vector<SCRRule> ReadBlocklistRules(const std::string& path) {
-  const File file = ReadFile(path);
-  static_cast<void>(ReadBlocklist(path, file));
-  const json::Dictionary& document = json::AsDictionary(file.mRoot);
+  const BlocklistFile file = ReadBlocklistFile(path);
+  const json::Dictionary& document = json::AsDictionary(file.mDocument);
   std::vector<SCRRule> rules;
   const json::Array* const elements = json::FindArray(document, "blocklist");
   if (elements == nullptr) return rules;
-  const json::Dictionary* const defaults = json::FindDictionary(document, "default_info");
+  const authoring::DefaultTextsOfKinds defaults = authoring::ReadDefaultTexts(document);
   rules.reserve(elements->size());
   for (const std::any& element : *elements) {
-    rules.emplace_back(std::any(Inform(json::AsDictionary(element), defaults)));
+    const auto kind = static_cast<std::size_t>(SCRRule(element).GetType());
+    rules.push_back(authoring::InformedRule(element, defaults.at(kind)));
   }
   return rules;
 }

@@ -1,6 +1,7 @@
 // Blocklists that the user names.
 #pragma once
 
+#include <any>
 #include <string>
 #include <vector>
 
@@ -9,12 +10,21 @@
 
 namespace app {
 
-/// Reads a blocklist. Throws `UserError` that says what is wrong when nothing, or not all, of it can be read.
-/// What a download of it would be refused for is said on standard error.
+// Each of these throws `UserError` for a list of which nothing, or not all, could be read. What a download
+// would refuse is noted on standard error.
+
 [[nodiscard]] qelsystemcompatibilityreport::SCRBlocklist ReadBlocklist(const std::string& path);
 
-/// The same, for the rules of the list, in its order. They have taken over the default texts, so that their
-/// identifiers are those of their issues.
+struct BlocklistFile {
+  std::any mDocument;  ///< a dictionary
+  qelsystemcompatibilityreport::SCRBlocklist mBlocklist;
+};
+
+/// The list with its document.
+[[nodiscard]] BlocklistFile ReadBlocklistFile(const std::string& path);
+
+/// The rules of the list, in its order. They have taken over the default texts, so that their identifiers are
+/// those of their issues.
 [[nodiscard]] std::vector<qelsystemcompatibilityreport::SCRRule> ReadBlocklistRules(const std::string& path);
 
 }  // namespace app

@@ -12,7 +12,7 @@ if(NOT WIN32)
   # The libraries find each other, and the program its libraries, wherever the tree is moved to.
   file(RELATIVE_PATH from_program_to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(scr PROPERTIES INSTALL_RPATH "$ORIGIN/${from_program_to_libraries}")
-  set_target_properties(${libraries} qelui_native PROPERTIES INSTALL_RPATH "$ORIGIN")
+  set_target_properties(${libraries} qelui_native qelnet_requests PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 
 foreach(library IN LISTS libraries)
@@ -29,7 +29,7 @@ if(WIN32)
   install(TARGETS qelui_native LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
   install(FILES ${QELSCR_RUNTIME_LIBRARIES} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
 else()
-  install(TARGETS qelui_native LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program)
+  install(TARGETS qelui_native qelnet_requests LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program)
 endif()
 install(TARGETS scr RUNTIME COMPONENT program)
 install(DIRECTORY data/SystemCompatibilityReport data/translations

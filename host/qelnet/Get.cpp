@@ -1,76 +1,37 @@
-#include <atomic>
 #include <exception>
-#include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
+#include "host/qelcore/HostSetup.h"
 #include "host/qelnet/HostSetup.h"
-#include "host/qelnet/Options.h"
 #include "host/qelnet/Outcomes.h"
-#include "host/qelnet/RequestHeaders.h"
-#include "host/qelnet/Tracing.h"
-#include "host/qelnet/Url.h"
-#include "host/qelnet/Worker.h"
-#include "platform/qelcore/Config.h"
+#include "host/qelnet/Requests.h"
 #include "platform/qelcore/Trace.h"
 #include "platform/qelnet.h"
 
 namespace qelnet {
 
-namespace {
-
-/// Without a lock, because registering takes one that the host holds while it calls initializers, and those
-/// may call `GET`.
-void RegisterTermination() {
-  static std::atomic<bool> isRegistered{false};
-  if (!isRegistered.exchange(true)) {
-    qelcore::config::AddTerminationForSingleton(host::Shutdown, "qelnet::host::Shutdown");
-  }
-}
-
-bool Refuse(const qelcore::Guid& identifier, const std::string& url, const char* reason) {
-  TraceRequest(kWarningLevel, identifier, [&] { return std::string("Refused: ") + reason; });
-  TellOutcome([&] { return host::Outcome{.mUrl = url, .mFailure = reason}; });
-  return false;
-}
-
-bool Start(Request request) {
-  const qelcore::Guid identifier = request.mIdentifier;
-  PrepareCurl();
-  RegisterTermination();
-  TraceRequest(kDetailLevel, identifier, [&] { return '"' + request.mUrl.mForLog + '"'; });
-  const std::string url = request.mUrl.mForLog;
-  auto transfer = std::make_unique<Transfer>(std::move(request));
-  return Worker::Instance().Start(transfer) ||
-         Refuse(identifier, url, "The library cannot serve it any more.");
-}
-
-}  // namespace
-
 bool GET(const qelcore::Guid& identifier, Completion completion, const qelcore::ImmutableString& url,
          const Headers& headers, const Configuration& /*configuration*/) {
   try {
-    std::optional<Url> parsed = ParseUrl(url.View());
-    if (!parsed) return Refuse(identifier, {}, "Its address is malformed or of another scheme.");
-    if (!CanBeSent(headers))
-      return Refuse(identifier, parsed->mForLog, "It has a header that HTTP does not allow.");
-    return Start({.mIdentifier = identifier,
-                  .mCompletion = std::move(completion),
-                  .mUrl = *std::move(parsed),
-                  .mHeaders = headers,
-                  .mOptions = CurrentOptions()});
+    return TheRequests().Start(identifier, std::move(completion), std::string(url.View()), headers);
   } catch (...) {
-    qelcore::LogException(std::current_exception(), "qelnet::GET");
+    const std::exception_ptr exception = std::current_exception();
+    qelcore::LogException(exception, "qelnet::GET");
+    // The address may hold a password, and is not taken apart here.
+    TellOutcome(
+        [&] { return host::Outcome{.mUrl = {}, .mFailure = qelcore::host::DescribeException(exception)}; });
     return false;
   }
 }
 
-namespace host {
-
-void Shutdown() {
-  Worker::Instance().Shutdown();
+void host::Shutdown() {
+  try {
+    TheRequests().Shutdown();
+  } catch (...) {
+    // Without the library of the requests there are none, and there will be none.
+    qelcore::LogException(std::current_exception(), "qelnet::host::Shutdown");
+  }
 }
 
-}  // namespace host
 }  // namespace qelnet

@@ -6,6 +6,6 @@
 namespace qelnet {
 
 /// The options of a request that starts now, with its time-outs within their bounds. Any thread may call.
-[[nodiscard]] host::Options CurrentOptions();
+[[nodiscard]] QELNET_EXPORT host::Options CurrentOptions();
 
 }  // namespace qelnet

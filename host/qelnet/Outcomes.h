@@ -9,6 +9,6 @@ namespace qelnet {
 
 /// Calls the observer, if there is one, with what `makeOutcome` returns. What either throws is logged. Does
 /// not throw.
-void TellOutcome(const std::function<host::Outcome()>& makeOutcome) noexcept;
+QELNET_EXPORT void TellOutcome(const std::function<host::Outcome()>& makeOutcome) noexcept;
 
 }  // namespace qelnet

@@ -3,8 +3,8 @@
 
 namespace qelnet {
 
-/// Keeps this library in the process to its end, even when whoever loaded it lets it go. Elsewhere the linker
-/// has marked it so.
+/// Keeps this library in the process to its end, even when whoever loaded it lets it go. Elsewhere it was
+/// loaded to stay.
 #if defined(_WIN32)
 void StayLoaded();
 #else

@@ -15,6 +15,11 @@ class ExpressionBudget {
   static constexpr std::ptrdiff_t kBalanceAtStart = 200'000'000;
   static constexpr std::ptrdiff_t kAddedForEachExpression = 10'000;
 
+  struct Balances {
+    std::ptrdiff_t mInUse = kBalanceAtStart;
+    std::ptrdiff_t mAside = kBalanceAtStart;
+  };
+
   /// A new match starts.
   static void Start();
 

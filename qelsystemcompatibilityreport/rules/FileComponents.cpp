@@ -1,10 +1,9 @@
 #include "qelsystemcompatibilityreport/rules/FileComponents.h"
 
-#include <unordered_map>
-
 #include "platform/qelcore/FileUtils.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
+#include "qelsystemcompatibilityreport/rules/SeparateState.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -15,11 +14,10 @@ using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentType;
 using qelcore::utility::OSComponentVersion;
 
-using Cache = std::unordered_map<std::string, FileAnswer>;
-
-Cache& FileCache() {
-  static Cache cache;
-  return cache;
+FileAnswers& KnownAnswers() {
+  static FileAnswers answers;
+  SeparateState* const separate = SeparateState::Current();
+  return separate == nullptr ? answers : separate->mFileAnswers;
 }
 
 FileAnswer LookUpOnDisk(std::string path) {
@@ -40,13 +38,13 @@ FileAnswer LookUpOnDisk(std::string path) {
 }  // namespace
 
 const FileAnswer& FindFile(const std::string& path) {
-  const auto known = FileCache().find(path);
-  if (known != FileCache().end()) return known->second;
-  return FileCache().emplace(path, LookUpOnDisk(path)).first->second;
+  const auto known = KnownAnswers().find(path);
+  if (known != KnownAnswers().end()) return known->second;
+  return KnownAnswers().emplace(path, LookUpOnDisk(path)).first->second;
 }
 
 void ForgetFileComponents() {
-  FileCache().clear();
+  KnownAnswers().clear();
 }
 
 }  // namespace qelsystemcompatibilityreport

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "platform/qelcore/Components.h"
 #include "qelsystemcompatibilityreport/MatchExplanation.h"
@@ -17,9 +18,12 @@ struct FileAnswer {
   std::shared_ptr<qelcore::utility::OSComponent> mComponent;
 };
 
+/// Answers by the paths of the rules.
+using FileAnswers = std::unordered_map<std::string, FileAnswer>;
+
 /// The answer for a file rule's path, as the rule writes it. The disk is asked once for each path in a
-/// process; the reference holds until the answers are forgotten. Not synchronised: all matching in a process
-/// runs on one thread at a time.
+/// process, or by a thread that matches separately; the reference holds until the answers are forgotten. Not
+/// synchronised: all other matching in a process runs on one thread at a time.
 [[nodiscard]] const FileAnswer& FindFile(const std::string& path);
 
 /// Forgets every answer.

@@ -18,6 +18,7 @@
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
 #include "qelsystemcompatibilityreport/SCRIssue.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
+#include "qelsystemcompatibilityreport/SeparateMatching.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReportObject.h"
 #include "qelsystemcompatibilityreport/TextReport.h"

@@ -1,5 +1,6 @@
 #include "host/qelui/native/ScrollControl.h"
 
+#include <wx/gdicmn.h>
 #include <wx/scrolwin.h>
 
 #include <algorithm>
@@ -13,6 +14,7 @@ namespace {
 
 /// Less than that many lines of a long content are of no use.
 constexpr int kLeastLines = 6;
+constexpr int kMostScreens = 2;
 
 }  // namespace
 
@@ -62,6 +64,9 @@ int ScrollControl::GetPreferredWidth() {
 }
 
 int ScrollControl::GetPreferredHeight(int width) {
+  // No dialog becomes that high, so it need not be known how much higher it would have to be.
+  const int least = GetContent().CountShown() * GetWindow().GetCharHeight();
+  if (least > kMostScreens * wxGetDisplaySize().GetHeight()) return least;
   return GetContent().GetPreferredHeight(width);
 }
 

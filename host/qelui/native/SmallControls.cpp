@@ -1,6 +1,7 @@
 #include "host/qelui/native/SmallControls.h"
 
 #include <wx/activityindicator.h>
+#include <wx/bmpbndl.h>
 #include <wx/brush.h>
 #include <wx/graphics.h>
 #include <wx/image.h>
@@ -8,7 +9,9 @@
 #include <wx/statbmp.h>
 
 #include <algorithm>
+#include <map>
 #include <memory>
+#include <utility>
 
 #include "host/qelui/native/System.h"
 
@@ -41,18 +44,29 @@ wxBitmap MakeBitmap(IconKind kind, int side) {
   return wxBitmap(image.IsOk() ? image.Scale(side, side, wxIMAGE_QUALITY_HIGH) : wxImage(side, side));
 }
 
-/// As high as two lines of text, so that icons grow with it; twice as fine for fine screens.
-wxBitmapBundle MakePicture(IconKind kind, const wxWindow& parent) {
+/// As high as two lines of text, so that icons grow with it; twice as fine for fine screens. Made once for
+/// all icons that are there at the same time, because a dialog may have hundreds; the next dialog asks the
+/// theme again.
+std::shared_ptr<const wxBitmapBundle> GetPicture(IconKind kind, const wxWindow& parent) {
+  static std::map<std::pair<IconKind, int>, std::weak_ptr<const wxBitmapBundle>> pictures;
   const int side = 2 * parent.GetCharHeight();
-  return wxBitmapBundle::FromBitmaps(MakeBitmap(kind, side), MakeBitmap(kind, 2 * side));
+  std::weak_ptr<const wxBitmapBundle>& known = pictures[{kind, side}];
+  if (auto picture = known.lock()) return picture;
+  const auto picture = std::make_shared<const wxBitmapBundle>(
+      wxBitmapBundle::FromBitmaps(MakeBitmap(kind, side), MakeBitmap(kind, 2 * side)));
+  known = picture;
+  return picture;
 }
 
 }  // namespace
 
 IconControl::IconControl(ControlHost& host, wxWindow& parent, IconKind kind, const std::u16string& name)
-    : ControlOf<Icon>(host, new wxStaticBitmap(&parent, wxID_ANY, MakePicture(kind, parent))) {
+    : IconControl(host, parent, GetPicture(kind, parent)) {
   SetAccessibleName(name);
 }
+
+IconControl::IconControl(ControlHost& host, wxWindow& parent, Picture picture)
+    : ControlOf<Icon>(host, new wxStaticBitmap(&parent, wxID_ANY, *picture)), mPicture(std::move(picture)) {}
 
 int IconControl::GetMinimumWidth() {
   return GetPreferredWidth();

@@ -1,9 +1,12 @@
 // The controls that only show something: icons and the turning circle.
 #pragma once
 
+#include <memory>
+
 #include "host/qelui/native/NativeControl.h"
 
 class wxActivityIndicator;
+class wxBitmapBundle;
 
 namespace qelui::native {
 
@@ -16,6 +19,13 @@ class IconControl final : public ControlOf<Icon> {
   [[nodiscard]] int GetPreferredHeight(int width) override;
   /// Beside the beginning of a long text, not far below it.
   [[nodiscard]] bool StandsAtTop() const override { return true; }
+
+ private:
+  using Picture = std::shared_ptr<const wxBitmapBundle>;
+
+  IconControl(ControlHost& host, wxWindow& parent, Picture picture);
+
+  Picture mPicture;  ///< shared with the other icons of its kind
 };
 
 class ProgressControl final : public ControlOf<ProgressIndicator> {

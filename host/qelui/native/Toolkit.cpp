@@ -88,6 +88,9 @@ class WxToolkit final : public host::NativeToolkit {
     delete wxLog::SetActiveTarget(&mLog);
     if (!wxTheApp->CallOnInit()) return false;
     SetDefaultDirection(wxTheApp->GetLayoutDirection() == wxLayout_RightToLeft);
+    // No window asks for these events, and a dialog with hundreds of rows has thousands of windows.
+    wxIdleEvent::SetMode(wxIDLE_PROCESS_SPECIFIED);
+    wxUpdateUIEvent::SetMode(wxUPDATE_UI_PROCESS_SPECIFIED);
     return true;
   }
 

@@ -121,11 +121,12 @@ std::optional<std::string> RootedFiles::Read(std::string_view path, std::size_t 
   if (file.Get() < 0) return std::nullopt;
 
   // The files of sysfs and procfs do not tell their length, so reading goes on until there is nothing more.
+  // One byte more than others tell makes room to see their end.
   std::string content;
   std::size_t length = 0;
   std::size_t room = std::max(kFirstBlock, static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)) + 1);
   while (length < limit) {
-    content.resize(std::min(limit, length + room));
+    if (length == content.size()) content.resize(std::min(limit, length + room));
     const ssize_t got = read(file.Get(), content.data() + length, content.size() - length);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return std::nullopt;

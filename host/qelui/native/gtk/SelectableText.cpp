@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <optional>
 
 #include "host/qelui/native/Measures.h"
 #include "host/qelui/native/System.h"
@@ -70,7 +71,10 @@ class LabelText final : public SelectableText {
 
   wxWindow& GetWindow() override { return *mWindow; }
 
-  void SetText(const wxString& text) override { gtk_label_set_text(mLabel, text.utf8_str()); }
+  void SetText(const wxString& text) override {
+    gtk_label_set_text(mLabel, text.utf8_str());
+    mUnwrapped.reset();
+  }
 
   void SetColor(const Color& color) override {
     mColor = color;
@@ -83,14 +87,11 @@ class LabelText final : public SelectableText {
     SetAttributes();
   }
 
-  int MeasureWidth() override {
-    const Layout layout = MakeLayout();
-    int width = 0;
-    pango_layout_get_pixel_size(layout.get(), &width, nullptr);
-    return width;
-  }
+  int MeasureWidth() override { return Unwrapped().GetWidth(); }
 
+  // Most texts are short, and need not be measured once more.
   int MeasureHeight(int width) override {
+    if (width >= Unwrapped().GetWidth()) return Unwrapped().GetHeight();
     const Layout layout = MakeLayout();
     pango_layout_set_width(layout.get(), std::max(0, width) * PANGO_SCALE);
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
@@ -102,6 +103,18 @@ class LabelText final : public SelectableText {
   bool HasSelection() override { return gtk_label_get_selection_bounds(mLabel, nullptr, nullptr) != FALSE; }
 
  private:
+  /// The size of the text on one line for each of its paragraphs.
+  [[nodiscard]] const wxSize& Unwrapped() {
+    if (!mUnwrapped) {
+      const Layout layout = MakeLayout();
+      int width = 0;
+      int height = 0;
+      pango_layout_get_pixel_size(layout.get(), &width, &height);
+      mUnwrapped.emplace(width, height);
+    }
+    return *mUnwrapped;
+  }
+
   // Attributes are relative to the system's font and follow when it changes.
   void SetAttributes() {
     const Attributes attributes(pango_attr_list_new());
@@ -114,6 +127,7 @@ class LabelText final : public SelectableText {
       add(pango_attr_foreground_alpha_new(ColorPart(mColor.mOpacity)));
     }
     gtk_label_set_attributes(mLabel, attributes.get());
+    mUnwrapped.reset();
   }
 
   /// The text on a line of its own for each paragraph, as the label draws it.
@@ -128,6 +142,7 @@ class LabelText final : public SelectableText {
   FontStyle mStyle = FontStyle::kPlain;
   bool mHasColor = false;
   Color mColor;
+  std::optional<wxSize> mUnwrapped;
 };
 
 }  // namespace

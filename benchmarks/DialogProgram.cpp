@@ -1,0 +1,144 @@
+// How soon the report dialog is there, and how it scrolls. To be run on a display of its own:
+//
+//   dialog FOLDER MACHINE
+//
+// asks for the report of a recorded machine, with the list in FOLDER/SystemCompatibilityReport, as a host's
+// Help menu does. Then it scrolls through all rows, a page a frame. It prints a line for the frame that shows
+// the dialog first, measured from the request, and one for each frame of scrolling: the milliseconds to the
+// frame's end, and those of the processor.
+#include <gtk/gtk.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include "benchmarks/Machine.h"
+#include "host/qelcore/HostSetup.h"
+#include "host/qelui/HostSetup.h"
+#include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// The longest scrolled window below a widget.
+GtkWidget* FindScrolled(GtkWidget* widget) {
+  GtkWidget* found = GTK_IS_SCROLLED_WINDOW(widget) ? widget : nullptr;
+  if (!GTK_IS_CONTAINER(widget)) return found;
+  const auto length = [](GtkWidget* scrolled) {
+    return gtk_adjustment_get_upper(gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scrolled)));
+  };
+  GList* const children = gtk_container_get_children(GTK_CONTAINER(widget));
+  for (const GList* child = children; child != nullptr; child = child->next) {
+    GtkWidget* const inner = FindScrolled(GTK_WIDGET(child->data));
+    if (inner != nullptr && (found == nullptr || length(inner) > length(found))) found = inner;
+  }
+  g_list_free(children);
+  return found;
+}
+
+/// Follows the frames of the first window that is drawn, which is the dialog, and scrolls it.
+class Frames {
+ public:
+  Frames() {
+    g_type_class_unref(g_type_class_ref(GTK_TYPE_WIDGET));
+    g_signal_add_emission_hook(g_signal_lookup("draw", GTK_TYPE_WIDGET), 0, OnDraw, this, nullptr);
+  }
+  Frames(const Frames&) = delete;
+  Frames& operator=(const Frames&) = delete;
+
+  [[nodiscard]] bool HaveEnded() const { return mHaveEnded; }
+
+ private:
+  static gboolean OnDraw(GSignalInvocationHint* /*hint*/, guint /*count*/, const GValue* values,
+                         gpointer self) {
+    GtkWidget* const window = gtk_widget_get_toplevel(GTK_WIDGET(g_value_get_object(values)));
+    if (!GTK_IS_WINDOW(window)) return TRUE;
+    static_cast<Frames*>(self)->mWindow = window;
+    g_signal_connect(gtk_widget_get_frame_clock(window), "after-paint", G_CALLBACK(OnFrameEnd), self);
+    return FALSE;
+  }
+
+  static void OnFrameEnd(GdkFrameClock* /*clock*/, gpointer self) { static_cast<Frames*>(self)->EndFrame(); }
+
+  static gboolean OnIdle(gpointer self) {
+    static_cast<Frames*>(self)->ScrollOn();
+    return G_SOURCE_REMOVE;
+  }
+
+  void EndFrame() {
+    if (!mIsAwaited) return;
+    mIsAwaited = false;
+    // What was drawn is there when the display answers.
+    gdk_display_sync(gtk_widget_get_display(mWindow));
+    const std::chrono::duration<double, std::milli> wall = Clock::now() - mBegin;
+    const double processor = 1000.0 * static_cast<double>(std::clock() - mProcessorBegin) / CLOCKS_PER_SEC;
+    std::printf("%.2f %.2f\n", wall.count(), processor);
+    g_idle_add(OnIdle, this);
+  }
+
+  void ScrollOn() {
+    GtkWidget* const scrolled = FindScrolled(mWindow);
+    if (scrolled == nullptr) return Close();
+    GtkAdjustment* const adjustment = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scrolled));
+    const double page = gtk_adjustment_get_page_size(adjustment);
+    const double place = gtk_adjustment_get_value(adjustment);
+    const double end = gtk_adjustment_get_upper(adjustment) - page;
+    if (place >= end) {
+      mHaveEnded = true;
+      return Close();
+    }
+    mIsAwaited = true;
+    mBegin = Clock::now();
+    mProcessorBegin = std::clock();
+    gtk_adjustment_set_value(adjustment, std::min(end, place + page));
+  }
+
+  void Close() { gtk_window_close(GTK_WINDOW(mWindow)); }
+
+  GtkWidget* mWindow = nullptr;
+  Clock::time_point mBegin = Clock::now();
+  std::clock_t mProcessorBegin = std::clock();
+  bool mIsAwaited = true;
+  bool mHaveEnded = false;
+};
+
+int Run(const std::string& folder, const std::string& machinePath) {
+  qelcore::host::SetDirectories(
+      {.mPreferences = folder, .mApplication = folder, .mDocuments = {}, .mState = folder});
+  qelcore::host::SetApplicationLanguage("en_US");
+  const auto registry = std::make_shared<const qelcore::utility::OSComponentRegistry>(
+      benchmarks::MakeRegistry(benchmarks::ReadMachine(machinePath)));
+  qelcore::host::SetComponentSource([&](bool) { return registry; });
+  if (!qelcore::host::BeginProcess()) return 1;
+  // A host has windows before anybody can ask it for a report.
+  qelui::host::StartToolkit();
+  bool haveEnded = false;
+  {
+    const Frames frames;
+    qelsystemcompatibilityreport::RunReportForHelp(u"Example", nullptr);
+    haveEnded = frames.HaveEnded();
+  }
+  qelui::host::StopToolkit();
+  qelcore::host::EndProcess();
+  return haveEnded ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int count, char** texts) {
+  if (count != 3) {
+    std::fputs("usage: dialog FOLDER MACHINE\n", stderr);
+    return 2;
+  }
+  try {
+    return Run(texts[1], texts[2]);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "dialog: %s\n", error.what());
+    return 1;
+  }
+}
