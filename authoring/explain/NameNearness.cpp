@@ -14,6 +14,15 @@ constexpr std::size_t kShortestPart = 3;
 /// Longer names are compared as a whole and as parts only.
 constexpr std::size_t kLongestCompared = 200;
 
+bool IsSign(char character) {
+  return std::string_view("^$*+?").find(character) != std::string_view::npos;
+}
+
+/// Whether a text begins with the sign of a repeat.
+bool IsRepeat(std::string_view text) {
+  return !text.empty() && std::string_view("*+?").find(text.front()) != std::string_view::npos;
+}
+
 /// The text of an expression without its signs: "^.*\bRTX 3060$" becomes "RTX 3060".
 std::string WithoutSigns(std::string_view expression) {
   std::string text;
@@ -24,12 +33,7 @@ std::string WithoutSigns(std::string_view expression) {
       // "\b" and "\d" stand for no character of their own, "\." does.
       const bool isLetter = (escaped >= 'a' && escaped <= 'z') || (escaped >= 'A' && escaped <= 'Z');
       if (!isLetter) text += escaped;
-    } else if (std::string_view("^$*+?").find(character) != std::string_view::npos) {
-      continue;
-    } else if (character == '.' && index + 1 < expression.size() &&
-               std::string_view("*+?").find(expression[index + 1]) != std::string_view::npos) {
-      continue;
-    } else {
+    } else if (!IsSign(character) && !(character == '.' && IsRepeat(expression.substr(index + 1)))) {
       text += character;
     }
   }

@@ -95,9 +95,9 @@ class TextWriter {
     if (version.mRangeCount == 0) text += ": the rule is about every version";
     AddStep(isFailed ? kFailed : kPassed, "version", text);
     for (const RangeFacts& range : steps.mRanges) {
-      const std::string text_of_range = range.mHolds ? " holds it" : ": " + Describe(range.mDistance);
+      const std::string outcome = range.mHolds ? " holds it" : ": " + Describe(range.mDistance);
       AddStep(range.mHolds ? kPassed : kFailed, "range " + std::to_string(range.mIndex),
-              Quoted(range.mRange.ToString()) + text_of_range);
+              Quoted(range.mRange.ToString()) + outcome);
     }
     if (steps.mRangesLeftOut > 0) {
       AddStep(kFailed, "", Count(steps.mRangesLeftOut, "range", "ranges") + " farther away");

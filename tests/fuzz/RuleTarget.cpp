@@ -1,11 +1,13 @@
 // One rule: reading, writing, identity, matching. Everything is compared with a second reading and matching.
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/Json.h"
+#include "qelsystemcompatibilityreport/MatchExplanation.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 #include "tests/fuzz/support/JsonMutator.h"
@@ -47,12 +49,37 @@ void CheckWriting(const SCRRule& rule) {
   Require(copy == rule && copy.GetID() == rule.GetID(), "a copy is equal");
 }
 
+class Hits : public qelsystemcompatibilityreport::MatchObserver {
+ public:
+  OSComponentRegistry::Components mHits;
+
+  void BeginCandidate(const std::shared_ptr<OSComponent>& component) override { mOpen.push_back(component); }
+  void EndCandidate(qelsystemcompatibilityreport::MatchVerdict verdict) override {
+    const bool isHit = verdict == qelsystemcompatibilityreport::MatchVerdict::kHit;
+    if (isHit && mOpen.size() == 1) mHits.push_back(mOpen.back());
+    mOpen.pop_back();
+  }
+
+ private:
+  OSComponentRegistry::Components mOpen;  ///< the candidate, and those of dependencies
+};
+
+void CheckExplanation(const SCRRule& rule, const OSComponentRegistry& registry,
+                      const OSComponentRegistry::Components& hits, const std::vector<std::string>& logged) {
+  qelsystemcompatibilityreport::ExpressionBudget::Start();
+  Hits explained;
+  qelsystemcompatibilityreport::ExplainMatch(rule, registry, explained);
+  Require(explained.mHits == hits, "the explained match hits what the silent one hits");
+  Require(fuzz::QuietHost::Instance().TakeExceptions() == logged, "and logs what that logs");
+}
+
 void CheckMatching(const SCRRule& rule, const testsupport::NaiveRule& naive,
                    const OSComponentRegistry& registry) {
   qelsystemcompatibilityreport::ExpressionBudget::Start();
   static_cast<void>(fuzz::QuietHost::Instance().TakeExceptions());
   const auto hits = rule.FindMatchingOSComponents(registry);
   const std::vector<std::string> logged = fuzz::QuietHost::Instance().TakeExceptions();
+  CheckExplanation(rule, registry, hits, logged);
   if (!fuzz::IsHarmless(naive)) return;
   const auto expected = testsupport::MatchNaively(naive, fuzz::NaiveMachineOf(registry));
   Require(hits.size() == expected.mHits.size(), "the rule hits what the naive matcher hits");
