@@ -67,6 +67,8 @@ int Run(const std::vector<std::string>& arguments) {
   app::AddComponentsVerb(application, exitCode);
   app::AddCheckVerb(application, exitCode);
   app::AddLintVerb(application, exitCode);
+  app::AddDiffVerb(application, exitCode);
+  app::AddExplainVerb(application, exitCode);
   app::AddStateVerb(application, exitCode);
   app::AddShowVerb(application, exitCode);
   app::AddLaunchVerb(application, exitCode);
@@ -96,6 +98,8 @@ int main(int argumentCount, char** arguments) {
   app::RestrictLibrarySearch();
   try {
     return Run(app::ProgramArguments(argumentCount, arguments));
+  } catch (const app::OutputClosed&) {
+    // Whoever read has seen enough.
   } catch (const std::exception& error) {
     app::PrintDiagnostic(error.what());
   }

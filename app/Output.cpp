@@ -8,7 +8,9 @@ namespace app {
 
 void Print(std::string_view text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw UserError("standard output: " + std::generic_category().message(errno));
+    const std::string problem = "standard output: " + std::generic_category().message(errno);
+    if (errno == EPIPE) throw OutputClosed(problem);
+    throw UserError(problem);
   }
 }
 

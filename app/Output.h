@@ -14,6 +14,12 @@ class UserError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Nobody reads standard output any more. `main` says nothing of it and returns 1.
+class OutputClosed : public UserError {
+ public:
+  using UserError::UserError;
+};
+
 /// Writes to standard output. Throws `UserError` when that fails, as on a full disk.
 void Print(std::string_view text);
 

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::string_view kComponents = "components";
 constexpr std::string_view kFiles = "files";
+constexpr std::string_view kMachine = "machine";
 
 OSComponentRegistry::Components ReadComponents(const json::Array& elements) {
   OSComponentRegistry::Components components;
@@ -50,6 +51,9 @@ Snapshot FromJSON(const std::any& value) {
   if (components == nullptr)
     throw UserError("has no \"components\"; \"scr components --json\" writes a snapshot");
   Snapshot snapshot;
+  if (const auto name = document.find(kMachine); name != document.end()) {
+    if (const auto* const text = std::any_cast<std::string>(name->second.get())) snapshot.mName = *text;
+  }
   snapshot.mRegistry = std::make_shared<const OSComponentRegistry>(ReadComponents(*components));
   if (const json::Array* const files = json::FindArray(document, kFiles))
     snapshot.mFileVersions = ReadFiles(*files);
@@ -58,13 +62,17 @@ Snapshot FromJSON(const std::any& value) {
 
 }  // namespace
 
-Snapshot ReadSnapshot(const std::string& path) {
-  const std::any value = ParseInputFile(path, ReadInputFile(path));
+Snapshot ParseSnapshot(const std::string& name, const std::string& text) {
+  const std::any value = ParseInputFile(name, text);
   try {
     return FromJSON(value);
   } catch (const std::runtime_error& error) {
-    throw UserError(path + ": not a machine snapshot: " + error.what());
+    throw UserError(name + ": not a machine snapshot: " + error.what());
   }
+}
+
+Snapshot ReadSnapshot(const std::string& path) {
+  return ParseSnapshot(path, ReadInputFile(path));
 }
 
 std::string WriteSnapshot(const OSComponentRegistry& registry) {

@@ -12,10 +12,15 @@
 namespace app {
 
 struct Snapshot {
+  std::string mName;  ///< what it says it is called, under "machine"; empty when it does not
   std::shared_ptr<const qelcore::utility::OSComponentRegistry> mRegistry;
   /// The whole file system of the machine as file rules see it: versions by path.
   std::map<std::string, std::string, std::less<>> mFileVersions;
 };
+
+/// Reads a snapshot's text; `name` is what messages call it. Throws `UserError` that says what is wrong and
+/// where.
+[[nodiscard]] Snapshot ParseSnapshot(const std::string& name, const std::string& text);
 
 /// Reads a snapshot's file. Throws `UserError` that says what is wrong and where.
 [[nodiscard]] Snapshot ReadSnapshot(const std::string& path);

@@ -11,12 +11,15 @@ enum class ExitCode : int {
   kSuccess = 0,
   kFailure = 1,        ///< bad input, wrong use, or something could not be done
   kSeriousIssues = 2,  ///< `scr check` found issues of level WARN, ERROR or FATAL, `scr lint` errors
+  kDifferences = 2,    ///< `scr diff` found something that a user would notice
 };
 
 void AddReportVerb(CLI::App& application, ExitCode& exitCode);
 void AddComponentsVerb(CLI::App& application, ExitCode& exitCode);
 void AddCheckVerb(CLI::App& application, ExitCode& exitCode);
 void AddLintVerb(CLI::App& application, ExitCode& exitCode);
+void AddDiffVerb(CLI::App& application, ExitCode& exitCode);
+void AddExplainVerb(CLI::App& application, ExitCode& exitCode);
 void AddStateVerb(CLI::App& application, ExitCode& exitCode);
 void AddShowVerb(CLI::App& application, ExitCode& exitCode);
 void AddLaunchVerb(CLI::App& application, ExitCode& exitCode);

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <fstream>
 #include <stdexcept>
 #include <utility>
@@ -130,13 +129,13 @@ std::size_t CompareEachOnce(StepData& data) {
 }
 
 std::size_t SortIssues(StepData& data) {
-  std::vector<SCRIssue> issues = data.mUnsortedIssues;
-  std::sort(issues.begin(), issues.end());
-  return issues.size();
+  std::vector<qelsystemcompatibilityreport::Hit> hits = data.mHits;
+  SortHits(hits, data.mRules);
+  return hits.size();
 }
 
 std::size_t CopyIssues(StepData& data) {
-  return std::vector<SCRIssue>(data.mUnsortedIssues).size();
+  return std::vector<SCRIssue>(data.mIssues).size();
 }
 
 std::size_t Resolve(StepData& data) {
@@ -205,10 +204,9 @@ StepData::StepData(std::size_t rules, std::size_t components)
   mIssues = mBlocklist->MatchToOSComponents(mRegistry, mMatchID);
   // The first question of a process may be answered apart from all others.
   static_cast<void>(TestForRematch(*this));
-  // An order that a sort has all to do with: of every second issue, then of the others.
-  for (const std::size_t first : {0, 1}) {
-    for (std::size_t index = first; index < mIssues.size(); index += 2)
-      mUnsortedIssues.push_back(mIssues[index]);
+  for (std::size_t rule = 0; rule < mRules.size(); ++rule) {
+    for (const auto& component : mRules[rule].FindMatchingOSComponents(mRegistry))
+      mHits.push_back({component, rule});
   }
   static_cast<void>(Resolve(*this));
 }

@@ -12,6 +12,7 @@
 #include "benchmarks/Machine.h"
 #include "platform/qelcore/Guid.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/blocklist/HitOrder.h"
 #include "qelsystemcompatibilityreport/report/state/PriorState.h"
 
 namespace benchmarks {
@@ -34,8 +35,8 @@ class StepData {
   std::optional<qelsystemcompatibilityreport::SCRBlocklist> mBlocklist;
   std::vector<qelsystemcompatibilityreport::SCRRule> mRules;
   qelcore::Guid mMatchID;
-  std::vector<qelsystemcompatibilityreport::SCRIssue> mIssues;          ///< sorted
-  std::vector<qelsystemcompatibilityreport::SCRIssue> mUnsortedIssues;  ///< the same in an order to sort
+  std::vector<qelsystemcompatibilityreport::Hit> mHits;  ///< of `mRules`, unsorted
+  std::vector<qelsystemcompatibilityreport::SCRIssue> mIssues;
   qelsystemcompatibilityreport::SCRPriorState mState;
 };
 

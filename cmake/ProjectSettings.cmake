@@ -15,7 +15,9 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 find_program(QELSCR_CCACHE ccache)
 if(QELSCR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QELSCR_CCACHE})
+  # Files that use precompiled headers are kept too, which ccache leaves alone without this.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QELSCR_CCACHE})
 endif()
 
 add_library(qelscr_settings INTERFACE)

@@ -1,6 +1,12 @@
 # One test program per folder of sources. Every test of it runs in a process of its own.
 include(GoogleTest)
+include(PrecompiledHeaders)
 find_package(GTest REQUIRED)
+
+qelscr_precompile_headers(qelscr_test_headers
+  HEADERS <algorithm> <any> <array> <chrono> <filesystem> <functional> <map> <memory> <mutex> <optional> <set>
+          <sstream> <stdexcept> <string> <thread> <utility> <vector> <gmock/gmock.h> <gtest/gtest.h>
+  LIBRARIES GTest::gmock)
 
 # The test programs that start threads. `.ci/check-threads` builds these alone.
 add_custom_target(thread_tests)
@@ -12,6 +18,7 @@ function(qelscr_add_tests name)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} qelscr_test_support qelscr_settings GTest::gmock
                                         GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE QELSCR_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  qelscr_share_precompiled_headers(${name} qelscr_test_headers)
   if(WIN32)
     target_link_libraries(${name} PRIVATE qelscr_program_manifest)
   endif()

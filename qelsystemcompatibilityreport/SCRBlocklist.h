@@ -7,12 +7,14 @@
 // docs/formats/blocklist.md describes the document.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/qelcore/Components.h"
 #include "platform/qelcore/Guid.h"
 #include "platform/qelcore/Hash.h"
+#include "platform/qelcore/JsonView.h"
 #include "qelsystemcompatibilityreport/Export.h"
 #include "qelsystemcompatibilityreport/SCRIssue.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
@@ -20,6 +22,8 @@
 namespace qelsystemcompatibilityreport {
 
 using qelcore::Guid;
+
+class RuleList;
 
 /// A blocklist, read once from its text and not changed afterwards. A value: copies are deep.
 class QELSCR_EXPORT SCRBlocklist {
@@ -71,17 +75,19 @@ class QELSCR_EXPORT SCRBlocklist {
  private:
   friend struct SCRBlocklistTestAccess;
 
+  [[nodiscard]] const RuleList& Rules() const;
   void Read(const std::string& json);
   void ReadFromDictionary(const std::string& json);
-  void ReadDocument(const qelcore::json::View& root);
-  void ReadRules(const qelcore::json::View& elements);
+  /// `document` is what `root` is part of, or null.
+  void ReadDocument(const qelcore::json::View& root,
+                    const std::shared_ptr<const qelcore::json::Document>& document);
   void ReadDefaults(const qelcore::json::View& defaults);
   [[nodiscard]] const DefaultInfoAndURL& GetDefaultInfoAndURL(OSComponentType kind) const;
   [[nodiscard]] Guid IdentifyMatch(const OSComponentRegistry& registry) const;
   [[nodiscard]] std::vector<SCRIssue> FindIssues(const OSComponentRegistry& registry) const;
 
   DefaultInfoAndURL mFallback;
-  std::vector<SCRRule> mRules;
+  std::shared_ptr<const RuleList> mRules;  ///< shared with copies, since it does not change; null is none
   std::vector<DefaultInfoAndURL> mDefaults;
   std::string mSecondWarning;
 };

@@ -32,6 +32,7 @@
 
 #include <any>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -55,6 +56,8 @@ using qelcore::utility::OSComponentRegistry;
 using qelcore::utility::OSComponentType;
 
 class Candidates;
+class RuleList;
+class MatchObserver;
 
 /// How grave an issue is. The numbers are hashed and reported: do not renumber.
 enum class SCRRuleErrorLevel : std::int32_t { INFO = 0, WARN = 1, ERROR = 2, FATAL = 3 };
@@ -79,7 +82,7 @@ enum class SCRPropertyOperator : std::int32_t {
 
 /// A rule. It is a component whose name and kind say what it is about, so it takes over a component's JSON
 /// reading and identity. A value: copies are deep and independent. One thread at a time may match rules in a
-/// process.
+/// process, and beside it those that hold a `SeparateMatching`.
 class QELSCR_EXPORT SCRRule : public OSComponent {
  public:
   using PropertyComparisons = std::map<SCRPropertyOperator, std::string>;
@@ -184,10 +187,11 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// malformed.
   [[nodiscard]] bool MatchesPropertyComponent(const OSComponent& component) const;
 
-  /// Makes every component of a rule's kind a hit, with no further test. Off at start; process-wide.
+  /// Makes every component of a rule's kind a hit, with no further test. Off at start; process-wide, but for
+  /// a thread that holds a `SeparateMatching`.
   static void ForceMatchByTypeForTesting(bool force);
 
-  /// Makes rules skip the version test. Off at start; process-wide.
+  /// Makes rules skip the version test. Likewise.
   static void ForceMatchByNameForTesting(bool force);
 
   /// Forgets what file rules found. For a tool that judges several recorded machines in one process, and
@@ -195,8 +199,17 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   static void ForgetFileComponents();
 
  private:
+  friend class RuleList;
   friend class SCRBlocklist;
+  friend QELSCR_EXPORT void ExplainMatch(const SCRRule& rule, const OSComponentRegistry& registry,
+                                         MatchObserver& observer);
+  friend QELSCR_EXPORT void ExplainMatch(const std::vector<SCRRule>& rules,
+                                         const OSComponentRegistry& registry, MatchObserver& observer);
+  template <typename Observer>
   class MatchingRun;
+
+  /// Empties the fields that a rule adds to a component's.
+  void Clear();
 
   /// Reads the JSON form as `FromJSON` does, into fields that are empty.
   [[nodiscard]] bool ReadRule(const qelcore::json::View& value);
@@ -207,19 +220,21 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(
       Candidates& candidates) const;
 
+  /// The same for `ExplainMatch`.
+  void Explain(std::size_t index, Candidates& candidates, MatchObserver& observer) const;
+
   /// Takes the given message when the rule has none, and, only in that case, also the given link when the
   /// rule has none. A rule with a message of its own and no link keeps no link: that is intended.
   void AdoptInfoIfNeeded(const std::string& message, const std::string& url);
 
-  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& object);
+  /// From the members "versions", "max_version", "version_mask" and "version_mod".
+  void DeserializeVersionFieldsFromJSON(const qelcore::json::View& versions,
+                                        const qelcore::json::View& maxVersion,
+                                        const qelcore::json::View& mask, const qelcore::json::View& modulus);
   // The name is misspelt and stays so.
   void DeserializeProprtyFieldsFromJSON(const qelcore::json::View& object);
 
   [[nodiscard]] std::shared_ptr<OSComponent> FindMatchingFileComponent() const;
-  [[nodiscard]] bool MatchesVersion(const OSComponentVersion& version) const;
-  // These two throw when an expression is malformed.
-  [[nodiscard]] bool MatchesProperty(const OSComponent& component) const;
-  [[nodiscard]] bool SatisfiesComparisons(const std::string& value) const;
 
   std::string mInfoMessage;
   std::string mInfoURL;

@@ -38,8 +38,9 @@ QELSCR_EXPORT void EnableReports(bool enable);
 /// WARN, ERROR or FATAL issues are there or something is new, and the user did not turn the display at launch
 /// off. Then shows the blocklist's second warning, when it has one and WARN or ERROR issues are there, and
 /// logs the statistics. Without a blocklist only the statistics are logged. When nothing serious is
-/// remembered, and neither the blocklist nor the machine has changed, nothing is matched. `applicationName`
-/// is UTF-16. Returns when the user closed what was shown.
+/// remembered, and neither the blocklist nor the machine has changed, nothing is matched, but for the first
+/// run of a process with a blocklist that has rules about files. `applicationName` is UTF-16. Returns when
+/// the user closed what was shown.
 QELSCR_EXPORT void RunReportForStartup(const std::u16string& applicationName, qelui::OS_Window* parentWindow);
 
 /// The run that a user asks for: always matches, shows the report over `parentWindow`, which may be null, and

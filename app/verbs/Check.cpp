@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
+#include "app/BlocklistFile.h"
 #include "app/Diagnostics.h"
-#include "app/InputFile.h"
 #include "app/Output.h"
 #include "app/Snapshot.h"
 #include "app/Verbs.h"
@@ -30,7 +29,6 @@ using qelsystemcompatibilityreport::SCRRule;
 namespace {
 
 constexpr const char* kThisMachine = "this machine";
-constexpr const char* kReadingBlocklist = "qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist";
 
 /// What the blocklist says about one machine.
 struct Verdict {
@@ -43,39 +41,6 @@ struct Verdict {
                        [](const SCRIssue& issue) { return issue.IsSeriousError(); });
   }
 };
-
-/// Refuses a document of which nothing, or not all, could be read, and says why. For that it makes the whole
-/// document, which takes longer than all that is done with a list that is in order.
-void RefuseUnreadable(const std::string& path, const std::string& text, const Diagnostics& diagnostics) {
-  const std::any root = ParseInputFile(path, text);
-  const auto* const document = std::any_cast<json::Dictionary>(&root);
-  if (document == nullptr) throw UserError(path + ": not a blocklist: it must be a JSON object");
-  if (diagnostics.HasProblemIn(kReadingBlocklist)) {
-    throw UserError(path + ": not a blocklist: " + diagnostics.Summary());
-  }
-  const auto version = json::FindInteger(*document, "blocklist_version");
-  if (!version || static_cast<std::uint32_t>(*version) == 0) {
-    throw UserError(path + ": \"blocklist_version\" is missing or 0, so nothing of it is read; write 1");
-  }
-}
-
-/// Reads the blocklist, and refuses one of which nothing, or not all, could be read.
-SCRBlocklist ReadBlocklist(const std::string& path) {
-  const std::string text = ReadInputFile(path);
-  const Diagnostics diagnostics;
-  SCRBlocklist blocklist(text);
-  const bool isVerified = blocklist.Verify();
-  if (!isVerified || diagnostics.HasProblemIn(kReadingBlocklist)) RefuseUnreadable(path, text, diagnostics);
-  // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
-  diagnostics.PrintProblems();
-  if (!isVerified) {
-    PrintDiagnostic(
-        "note: " + path +
-        ": \"default_info\" lacks a message or a link for one of OS, Video, Audio, Network, File and "
-        "Property, so a download of this blocklist would be refused");
-  }
-  return blocklist;
-}
 
 Verdict Judge(const SCRBlocklist& blocklist, std::string machine, const OSComponentRegistry& registry) {
   // Each machine is judged as if by a process of its own.

@@ -85,11 +85,11 @@ void PrintJson(const std::string& file) {
 
 /// Prints the entries, or why there are none.
 template <typename Entries>
-void PrintEntries(const Entries& entries, std::size_t damagedLines, const std::string& file) {
+void PrintEntries(const Entries& entries, std::size_t damagedLines, const std::string& file,
+                  std::string_view whatRecords) {
   std::string text;
   for (const auto& entry : entries) text += Describe(entry);
-  if (text.empty())
-    text = "Nothing is recorded in " + Printable(file) + " yet; a report records something.\n";
+  if (text.empty()) text = fmt::format("Nothing is recorded in {} yet; {}.\n", Printable(file), whatRecords);
   Print(text);
   WarnOfDamage(file, damagedLines);
 }
@@ -100,10 +100,12 @@ void ShowEvents(const Arguments& arguments) {
       PrintJson(arguments.mStatistics ? host::GetUsageFile() : appsupport::GetEventsFile());
     } else if (arguments.mStatistics) {
       const host::UsageEntries entries = host::ReadUsageEntries();
-      PrintEntries(entries.mEntries, entries.mDamagedLines, host::GetUsageFile());
+      PrintEntries(entries.mEntries, entries.mDamagedLines, host::GetUsageFile(),
+                   "\"scr launch\" records the figures of its run");
     } else {
       const appsupport::RecordedEvents events = appsupport::ReadEvents();
-      PrintEntries(events.mEvents, events.mDamagedLines, appsupport::GetEventsFile());
+      PrintEntries(events.mEvents, events.mDamagedLines, appsupport::GetEventsFile(),
+                   "a report records something");
     }
   } catch (const std::system_error& error) {
     throw UserError(error.what());

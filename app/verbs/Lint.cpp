@@ -20,10 +20,11 @@ struct Arguments {
 };
 
 void PrintText(const authoring::Findings& findings) {
+  std::string text;
   for (const authoring::Finding& finding : findings) {
-    for (const std::string& line : authoring::DescribeAsText(finding)) Print(Printable(line) + "\n");
+    for (const std::string& line : authoring::DescribeAsText(finding)) text += Printable(line) + "\n";
   }
-  Print(authoring::Summarise(findings) + "\n");
+  Print(text + authoring::Summarise(findings) + "\n");
 }
 
 ExitCode Lint(const Arguments& arguments) {

@@ -32,7 +32,8 @@ constexpr DebugSetting kHostSettings[] = {
      "\"false\" keeps events from being recorded on this machine"},
     {qelcore::host::kRecordStatisticsSetting, "true",
      "\"false\" keeps usage statistics from being recorded on this machine"},
-    {qelnet::host::kLargestDownloadSetting, "67108864", "bytes that a download may have at most"}};
+    {qelnet::host::kLargestDownloadSetting, "67108864",
+     "bytes that a download may have at most, 1024 to 67108864; what is no number counts as the default"}};
 
 std::vector<DebugSetting> KnownSettings() {
   std::vector<DebugSetting> settings(qelsystemcompatibilityreport::kAllDebugSettings.begin(),

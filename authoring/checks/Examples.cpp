@@ -1,4 +1,5 @@
 // Examples beside rules: components that the rule has to hit or to miss.
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -7,10 +8,13 @@
 
 #include "authoring/checks/Checks.h"
 #include "authoring/checks/Keys.h"
+#include "authoring/explain/ExplanationBuilder.h"
+#include "authoring/explain/Sentences.h"
 #include "authoring/model/Matcher.h"
 #include "authoring/model/Words.h"
 #include "host/qelcore/HostSetup.h"
 #include "platform/qelcore/Json.h"
+#include "qelsystemcompatibilityreport/MatchExplanation.h"
 #include "qelsystemcompatibilityreport/SCRRule.h"
 
 namespace authoring {
@@ -26,6 +30,27 @@ constexpr std::string_view kExampleKeys[] = {"hits", "misses", "comment"};
 constexpr std::string_view kComponentKeys[] = {"name",        "type", "version", "value",
                                                "osc_version", "with", "comment"};
 
+/// Hears why one component is missed.
+class ExampleObserver : public ExplanationBuilder {
+ public:
+  using IsExample = std::function<bool(const std::shared_ptr<OSComponent>&)>;
+
+  explicit ExampleObserver(IsExample isExample) : mIsExample(std::move(isExample)) {}
+
+  std::optional<Explanation> mExplanation;
+
+ protected:
+  bool WantsRule(std::size_t, const SCRRule&) override { return true; }
+  bool WantsCandidate(const std::shared_ptr<OSComponent>& component) override {
+    return mIsExample(component);
+  }
+  void Take(Explanation& explanation) override { mExplanation = std::move(explanation); }
+  void EndOfRule() override {}
+
+ private:
+  IsExample mIsExample;
+};
+
 /// The machine of one example: the component, and those that stand beside it under "with".
 class ExampleMachine {
  public:
@@ -36,19 +61,37 @@ class ExampleMachine {
   }
 
   [[nodiscard]] bool IsHitBy(const SCRRule& rule) const {
-    // Each example is a machine of its own, whose files are the example's.
-    SCRRule::ForgetFileComponents();
-    const qelcore::host::RecordedFilesScope files(mFiles);
-    const OSComponentRegistry registry(mComponents);
     bool isHit = false;
-    for (const auto& hit : rule.FindMatchingOSComponents(registry)) {
-      isHit |= hit == mComponent || (hit->GetType() == OSComponentType::kFile && *hit == *mComponent);
-    }
-    SCRRule::ForgetFileComponents();
+    Try([&](const OSComponentRegistry& registry) {
+      for (const auto& hit : rule.FindMatchingOSComponents(registry)) isHit |= IsExample(hit);
+    });
     return isHit;
   }
 
+  /// Why the rule does not hit it; nothing when the rule does not come to look at it.
+  [[nodiscard]] std::optional<Explanation> ExplainMiss(const SCRRule& rule) const {
+    ExampleObserver observer([this](const auto& component) { return IsExample(component); });
+    Try([&](const OSComponentRegistry& registry) {
+      qelsystemcompatibilityreport::ExplainMatch(rule, registry, observer);
+    });
+    return std::move(observer.mExplanation);
+  }
+
  private:
+  [[nodiscard]] bool IsExample(const std::shared_ptr<OSComponent>& component) const {
+    return component == mComponent ||
+           (component->GetType() == OSComponentType::kFile && *component == *mComponent);
+  }
+
+  template <typename Body>
+  void Try(Body&& body) const {
+    // Each example is a machine of its own, whose files are the example's.
+    SCRRule::ForgetFileComponents();
+    const qelcore::host::RecordedFilesScope files(mFiles);
+    body(OSComponentRegistry(mComponents));
+    SCRRule::ForgetFileComponents();
+  }
+
   void Add(const std::shared_ptr<OSComponent>& component) {
     if (component->GetType() == OSComponentType::kFile) {
       mFiles.emplace(component->GetName(), component->GetVersion().ToString());
@@ -65,10 +108,7 @@ class ExampleMachine {
 class ExampleCheck {
  public:
   ExampleCheck(Document& document, std::size_t index)
-      : mDocument(document),
-        mIndex(index),
-        mElement(document.Rules()[index]),
-        mRule(document.RuleValue(index)) {}
+      : mDocument(document), mIndex(index), mRule(document.RuleValue(index)) {}
 
   void Run(const JsonNode& examples) {
     if (!examples.Is(JsonKind::kObject)) {
@@ -156,37 +196,18 @@ class ExampleCheck {
   /// The first thing that the rule asks for and the example lacks.
   [[nodiscard]] std::string Why(const OSComponent& component, const ExampleMachine& machine) const {
     if (component.GetType() != mRule.GetType()) return "it is of another type";
-    if (machine.IsHitBy(WithoutDependencies(true))) {
-      return "a dependency finds nothing; components that it asks for stand under \"with\"";
+    const std::optional<Explanation> miss = machine.ExplainMiss(mRule);
+    if (!miss) return "it has another path";
+    const std::string why = DescribeMiss(*miss);
+    if (miss->mVerdict == MatchVerdict::kDependency) {
+      return why + "; components that it asks for stand under \"with\"";
     }
-    if (mElement.IsProperty())
-      return component.GetName() == mRule.GetName() ? "its value does not satisfy the comparisons"
-                                                    : "it has another name";
-    if (machine.IsHitBy(WithoutDependencies(false)))
-      return "its version, " + Compared(component) + ", lies in no range";
-    return mElement.IsFile() ? "it has another path" : "its name does not match";
-  }
-
-  [[nodiscard]] SCRRule WithoutDependencies(bool keepsVersions) const {
-    const std::any whole = mRule.ToJSON();
-    json::Dictionary object = json::AsDictionary(whole);
-    object.erase("dependencies");
-    if (!keepsVersions) object.erase("versions");
-    return SCRRule(std::any(std::move(object)));
-  }
-
-  /// The version as the ranges see it.
-  [[nodiscard]] std::string Compared(const OSComponent& component) const {
-    OSComponentVersion version = component.GetVersion();
-    if (mElement.mMask) version = version & mElement.mMask;
-    if (mElement.mModulus) version = version % mElement.mModulus;
-    const std::string text = version ? version.ToString() : "which is not known";
-    return mElement.mMask || mElement.mModulus ? "which mask and modulus make " + text : text;
+    const bool isChanged = miss->mVersion && (miss->mVersion->mMask || miss->mVersion->mModulus);
+    return miss->mVerdict == MatchVerdict::kVersion && isChanged ? "after mask and modulus " + why : why;
   }
 
   Document& mDocument;
   std::size_t mIndex;
-  const RuleElement& mElement;
   SCRRule mRule;
 };
 

@@ -7,6 +7,7 @@
 
 #include "authoring/checks/Checks.h"
 #include "authoring/model/Comparisons.h"
+#include "authoring/model/InformedRule.h"
 #include "authoring/model/VersionSpan.h"
 #include "authoring/model/Words.h"
 #include "platform/qelcore/Json.h"
@@ -28,17 +29,7 @@ std::string Naming(std::size_t index) {
 
 /// The rule as an issue carries it, with the default texts.
 SCRRule Inform(const Document& document, std::size_t index) {
-  json::Dictionary object = json::AsDictionary(document.RuleValue(index));
-  const OSComponentType kind = document.Rules()[index].mKind;
-  const auto isEmpty = [&](const char* key) {
-    const std::string* const text = json::FindText(object, key);
-    return text == nullptr || text->empty();
-  };
-  if (isEmpty("info_message")) {
-    json::Set(object, "info_message", document.DefaultText(kind, "info_message"));
-    if (isEmpty("info_url")) json::Set(object, "info_url", document.DefaultText(kind, "info_url"));
-  }
-  return SCRRule(std::any(std::move(object)));
+  return InformedRule(document.RuleValue(index), document.DefaultsOf(document.Rules()[index].mKind));
 }
 
 void CheckIdentifiers(Document& document) {

@@ -1,6 +1,7 @@
 #include "authoring/model/Document.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "platform/qelcore/Json.h"
 
@@ -35,18 +36,25 @@ Document::Document(std::string path, std::string text)
     return;
   }
   mRoot = std::move(root);
+  ReadDefaults();
+}
+
+void Document::ReadDefaults() {
+  const JsonNode* const entries = mRoot->Find("default_info");
+  if (entries == nullptr) return;
+  const auto read = [](const JsonNode& entry, std::string_view key) {
+    const std::string* const text = entry.FindText(key);
+    return text == nullptr ? std::string() : *text;
+  };
+  for (std::size_t kind = 0; kind < mDefaults.size(); ++kind) {
+    const JsonNode* const entry = entries->Find(
+        qelcore::utility::ComponentTypeToString(OSComponentType{static_cast<std::int32_t>(kind)}));
+    if (entry != nullptr) mDefaults[kind] = {read(*entry, "info_message"), read(*entry, "info_url")};
+  }
 }
 
 bool Document::HasReadableRules() const {
   return std::all_of(mRules.begin(), mRules.end(), [](const RuleElement& rule) { return rule.mIsReadable; });
-}
-
-std::string Document::DefaultText(OSComponentType kind, std::string_view key) const {
-  const JsonNode* const defaults = mRoot ? mRoot->Find("default_info") : nullptr;
-  const JsonNode* const entry =
-      defaults == nullptr ? nullptr : defaults->Find(qelcore::utility::ComponentTypeToString(kind));
-  const std::string* const text = entry == nullptr ? nullptr : entry->FindText(key);
-  return text == nullptr ? std::string() : *text;
 }
 
 const std::any& Document::RuleValue(std::size_t index) const {

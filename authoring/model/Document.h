@@ -2,6 +2,7 @@
 #pragma once
 
 #include <any>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 #include "authoring/findings/Finding.h"
 #include "authoring/json/JsonTree.h"
 #include "authoring/json/TextPlaces.h"
+#include "authoring/model/InformedRule.h"
 #include "platform/qelcore/Components.h"
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
@@ -64,8 +66,10 @@ class Document {
   /// Whether the library keeps the rules: it reads all of them or none.
   [[nodiscard]] bool HasReadableRules() const;
 
-  /// The default texts of a kind; empty where there are none.
-  [[nodiscard]] std::string DefaultText(OSComponentType kind, std::string_view key) const;
+  /// The default texts of one of the six kinds; empty where there are none.
+  [[nodiscard]] const DefaultTexts& DefaultsOf(OSComponentType kind) const {
+    return mDefaults.at(static_cast<std::size_t>(kind));
+  }
 
   /// The element as the libraries read it.
   [[nodiscard]] const std::any& RuleValue(std::size_t index) const;
@@ -80,6 +84,7 @@ class Document {
   [[nodiscard]] Findings SortedFindings() const;
 
  private:
+  void ReadDefaults();
   void Add(std::optional<std::size_t> rule, Code code, std::size_t offset, std::string what,
            std::string mend);
 
@@ -88,6 +93,7 @@ class Document {
   TextPlaces mPlaces;
   std::any mValue;
   std::optional<JsonNode> mRoot;
+  std::array<DefaultTexts, qelcore::utility::kOSComponentTypeCount> mDefaults;
   std::vector<RuleElement> mRules;
   Findings mFindings;
   bool mHasErrors = false;

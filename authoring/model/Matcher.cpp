@@ -44,13 +44,6 @@ class ExceptionCatcher {
   std::exception_ptr mException;
 };
 
-/// The engine's reason without the expression, which the finding quotes itself.
-std::string ReasonOf(const std::string& message) {
-  constexpr std::string_view kIntroduction = "\" is refused: ";
-  const std::size_t place = message.rfind(kIntroduction);
-  return place == std::string::npos ? message : message.substr(place + kIntroduction.size());
-}
-
 ExpressionVerdict Ask(const std::string& expression) {
   // A text that equals the expression would match without it.
   const std::string text(kTextLength, expression.starts_with('x') ? 'y' : 'x');
@@ -85,6 +78,13 @@ const ExpressionVerdict& ExpressionJudge::Judge(const std::string& expression) {
   const auto found = mVerdicts.find(expression);
   if (found != mVerdicts.end()) return found->second;
   return mVerdicts.emplace(expression, Ask(expression)).first->second;
+}
+
+std::string ReasonOf(std::string_view message) {
+  constexpr std::string_view kIntroduction = "\" is refused: ";
+  const std::size_t place = message.rfind(kIntroduction);
+  return std::string(place == std::string_view::npos ? message
+                                                     : message.substr(place + kIntroduction.size()));
 }
 
 void StartExpressionBudget() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace authoring {
@@ -26,6 +27,9 @@ class ExpressionJudge {
  private:
   std::unordered_map<std::string, ExpressionVerdict> mVerdicts;
 };
+
+/// The engine's reason in its message about an expression, without the expression.
+[[nodiscard]] std::string ReasonOf(std::string_view message);
 
 /// Gives the expressions that are tried from here on what those of one match may cost.
 void StartExpressionBudget();

@@ -85,14 +85,17 @@ QELCORE_EXPORT void SetComponentSource(ComponentSource source);
 /// While it lives, the files of a recorded machine stand for the file system wherever the libraries ask
 /// whether a file or directory exists, what version a file has, or how a path's placeholders expand: a path
 /// exists when it is a key of the map, compared as written, and has the version that is its value; no
-/// directory exists; no placeholder is expanded. Reading and writing files is not affected. At most one at a
-/// time; main thread only.
+/// directory exists; no placeholder is expanded. Reading and writing files is not affected. It holds for the
+/// thread that made it, which has at most one at a time.
 class QELCORE_EXPORT RecordedFilesScope {
  public:
   explicit RecordedFilesScope(std::map<std::string, std::string, std::less<>> versionsByPath);
   ~RecordedFilesScope();
   RecordedFilesScope(const RecordedFilesScope&) = delete;
   RecordedFilesScope& operator=(const RecordedFilesScope&) = delete;
+
+ private:
+  const std::map<std::string, std::string, std::less<>> mVersionsByPath;
 };
 
 /// The operations on files that `SetFileOperationHook` sees.

@@ -15,9 +15,9 @@ namespace qelnet::host {
 /// A number below the lowest limit counts as that, and one above the highest as that. It is read with each
 /// `GET`.
 inline constexpr std::string_view kLargestDownloadSetting = "host.largest_download_bytes";
-inline constexpr std::size_t kUsualDownloadLimit = 67'108'864;       ///< 64 MiB
-inline constexpr std::size_t kLowestDownloadLimit = 1'024;           ///< 1 KiB
-inline constexpr std::size_t kHighestDownloadLimit = 1'073'741'824;  ///< 1 GiB
+inline constexpr std::size_t kUsualDownloadLimit = 67'108'864;    ///< 64 MiB
+inline constexpr std::size_t kLowestDownloadLimit = 1'024;        ///< 1 KiB
+inline constexpr std::size_t kHighestDownloadLimit = 67'108'864;  ///< 64 MiB, the most that is ever read
 
 /// How requests are made. Time-outs below 1 ms count as 1 ms, and those above a day as a day.
 struct Options {

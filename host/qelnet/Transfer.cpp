@@ -19,6 +19,10 @@ void Require(CURLcode code) {
   if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
 }
 
+std::string DescribeLargeBody(std::size_t limit) {
+  return "The body is larger than " + std::to_string(limit) + " bytes.";
+}
+
 template <typename Value>
 void Set(CURL* handle, CURLoption option, Value value) {
   Require(curl_easy_setopt(handle, option, value));
@@ -128,7 +132,7 @@ bool Transfer::Receive(std::string_view data) {
   // No exception may pass through libcurl.
   try {
     if (data.size() > mRequest.mOptions.mLargestBody - mBody.size()) {
-      mFailure = "The body is larger than " + std::to_string(mRequest.mOptions.mLargestBody) + " bytes.";
+      mFailure = DescribeLargeBody(mRequest.mOptions.mLargestBody);
       return false;
     }
     mBody.append(data);
@@ -145,7 +149,9 @@ std::optional<Transfer::Clock::time_point> Transfer::StallsAt() const {
 
 bool Transfer::Conclude(CURLcode code) {
   if (code != CURLE_OK) {
-    const std::string text = mErrorText.front() != '\0' ? mErrorText.data() : curl_easy_strerror(code);
+    std::string text = mErrorText.front() != '\0' ? mErrorText.data() : curl_easy_strerror(code);
+    // The server announced a length over the limit, so that no byte was received.
+    if (code == CURLE_FILESIZE_EXCEEDED) text = DescribeLargeBody(mRequest.mOptions.mLargestBody);
     Fail(mFailure.empty() ? text : mFailure);
     return true;
   }
@@ -157,6 +163,12 @@ bool Transfer::Conclude(CURLcode code) {
   long status = 0;
   const char* location = nullptr;
   curl_easy_getinfo(mHandle.get(), CURLINFO_RESPONSE_CODE, &status);
+  // libcurl takes first lines such as "HTTP/20 OK" and "HTTP/21000301 OK" for such of an answer.
+  constexpr long kLargestStatus = 999;
+  if (status <= 0 || status > kLargestStatus) {
+    Fail("The answer has no status.");
+    return true;
+  }
   curl_easy_getinfo(mHandle.get(), CURLINFO_REDIRECT_URL, &location);
   if (location != nullptr && IsRedirect(status)) {
     const std::string refusal = FollowRedirect(mRequest, location);

@@ -1,10 +1,11 @@
 // From a blocklist and a machine to issues.
-#include <algorithm>
 #include <utility>
 
 #include "platform/qelcore/DebugDatabase.h"
 #include "qelsystemcompatibilityreport/DebugSettings.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/blocklist/HitOrder.h"
+#include "qelsystemcompatibilityreport/blocklist/RuleList.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 #include "qelsystemcompatibilityreport/rules/Candidates.h"
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
@@ -35,19 +36,6 @@ bool TakeFirstRematchOfProcess() {
   return std::exchange(isFirst, false);
 }
 
-/// In order. An issue is large, so pointers are what changes places while it is sorted.
-std::vector<SCRIssue> Sorted(std::vector<SCRIssue> issues) {
-  std::vector<SCRIssue*> places;
-  places.reserve(issues.size());
-  for (SCRIssue& issue : issues) places.push_back(&issue);
-  std::sort(places.begin(), places.end(),
-            [](const SCRIssue* left, const SCRIssue* right) { return *left < *right; });
-  std::vector<SCRIssue> sorted;
-  sorted.reserve(issues.size());
-  for (SCRIssue* const issue : places) sorted.push_back(std::move(*issue));
-  return sorted;
-}
-
 }  // namespace
 
 std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistry& registry,
@@ -56,24 +44,29 @@ std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistr
                     std::vector<SCRIssue>(), [&] {
                       const ForcedMatching forced;
                       ExpressionBudget::Start();
-                      std::vector<SCRIssue> issues = Sorted(FindIssues(registry));
+                      std::vector<SCRIssue> issues = FindIssues(registry);
                       matchID = IdentifyMatch(registry);
                       return issues;
                     });
 }
 
 std::vector<SCRIssue> SCRBlocklist::FindIssues(const OSComponentRegistry& registry) const {
-  std::vector<SCRIssue> issues;
+  std::vector<SCRRule> rules;
+  std::vector<Hit> hits;
   Candidates candidates(registry);
-  for (const SCRRule& rule : mRules) {
-    if (rule.GetType() == OSComponentType::kInvalid) continue;
-    for (const auto& component : rule.FindMatchingCandidates(candidates)) {
-      SCRRule informed = rule;
-      const DefaultInfoAndURL& texts = GetDefaultInfoAndURL(informed.GetType());
-      informed.AdoptInfoIfNeeded(texts.info_message, texts.info_url);
-      issues.emplace_back(*component, informed);
-    }
-  }
+  Rules().Visit([&](const SCRRule& rule) {
+    if (rule.GetType() == OSComponentType::kInvalid) return;
+    const auto components = rule.FindMatchingCandidates(candidates);
+    if (components.empty()) return;
+    const DefaultInfoAndURL& texts = GetDefaultInfoAndURL(rule.GetType());
+    rules.emplace_back(rule).AdoptInfoIfNeeded(texts.info_message, texts.info_url);
+    for (const auto& component : components) hits.push_back({component, rules.size() - 1});
+  });
+  // Issues are large, so they are made when their places are known.
+  SortHits(hits, rules);
+  std::vector<SCRIssue> issues;
+  issues.reserve(hits.size());
+  for (const Hit& hit : hits) issues.emplace_back(*hit.mComponent, rules[hit.mRule]);
   return issues;
 }
 
@@ -90,11 +83,8 @@ bool SCRBlocklist::NeedsRematch(const OSComponentRegistry& registry, const Guid&
   return AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::NeedsRematch", true, [&] {
     if (qelcore::DebugDatabase::Instance().GetBoolEntry(kForceBlocklistMatch.mKey)) return true;
     if (matchID == Guid()) return true;
-    const bool hasFileRule = std::any_of(mRules.begin(), mRules.end(), [](const SCRRule& rule) {
-      return rule.GetType() == OSComponentType::kFile;
-    });
     // Files are in no hash, so a process looks at them once.
-    if (TakeFirstRematchOfProcess() && hasFileRule) return true;
+    if (TakeFirstRematchOfProcess() && Rules().HasFileRule()) return true;
     return IdentifyMatch(registry) != matchID;
   });
 }

@@ -1,5 +1,8 @@
 #include "qelsystemcompatibilityreport/IssueResolution.h"
 
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "qelsystemcompatibilityreport/common/Boundary.h"
@@ -8,30 +11,23 @@ namespace qelsystemcompatibilityreport {
 
 namespace {
 
-/// An issue of the level in question, with its identifier, which is costly to make.
+/// The issues of one identifier, of the level in question.
 struct MarkedIssue {
-  const SCRIssue* mIssue;
+  const SCRIssue* mFirst;
   std::string mID;
   bool mIsMarked = true;
 };
 
+/// Every identifier once, in the order of the issues.
 std::vector<MarkedIssue> IssuesOfLevel(SCRRuleErrorLevel level, const std::vector<SCRIssue>& issues) {
   std::vector<MarkedIssue> ofLevel;
+  std::unordered_set<std::string> known;
   for (const SCRIssue& issue : issues) {
-    if (issue.GetErrorLevel() == level) ofLevel.push_back({&issue, issue.GetID()});
+    if (issue.GetErrorLevel() != level) continue;
+    const auto [id, isNew] = known.insert(issue.GetID());
+    if (isNew) ofLevel.push_back({&issue, *id});
   }
   return ofLevel;
-}
-
-/// Takes the mark from every marked issue of this identifier and returns the first of them, or null.
-const SCRIssue* Unmark(std::vector<MarkedIssue>& issues, const std::string& id) {
-  const SCRIssue* first = nullptr;
-  for (MarkedIssue& issue : issues) {
-    if (!issue.mIsMarked || issue.mID != id) continue;
-    issue.mIsMarked = false;
-    if (first == nullptr) first = issue.mIssue;
-  }
-  return first;
 }
 
 }  // namespace
@@ -61,23 +57,25 @@ bool ResolveIssuesOfErrorLevel(SCRRuleErrorLevel level, const std::vector<SCRIss
                                std::vector<std::string>& rememberedIDs, const ResolutionLogger& logger) {
   return AtBoundary("qelsystemcompatibilityreport::ResolveIssuesOfErrorLevel", false, [&] {
     std::vector<MarkedIssue> present = IssuesOfLevel(level, issues);
+    std::unordered_map<std::string_view, MarkedIssue*> presentByID;
+    for (MarkedIssue& issue : present) presentByID.emplace(issue.mID, &issue);
     std::vector<std::string> kept;
 
     for (const std::string& id : rememberedIDs) {
-      if (const SCRIssue* const issue = Unmark(present, id)) {
+      const auto found = presentByID.find(id);
+      if (found != presentByID.end() && std::exchange(found->second->mIsMarked, false)) {
         kept.push_back(id);
-        logger.LogExistingIssue(*issue);
+        logger.LogExistingIssue(*found->second->mFirst);
       } else {
         logger.LogResolvedIssue(level, id);
       }
     }
 
     bool foundNew = false;
-    for (const MarkedIssue& issue : present) {
+    for (MarkedIssue& issue : present) {
       if (!issue.mIsMarked) continue;
       kept.push_back(issue.mID);
-      logger.LogNewIssue(*issue.mIssue);
-      static_cast<void>(Unmark(present, kept.back()));
+      logger.LogNewIssue(*issue.mFirst);
       foundNew = true;
     }
     rememberedIDs = std::move(kept);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -10,6 +11,7 @@
 
 #include "platform/qelcore/Json.h"
 #include "platform/qelcore/JsonView.h"
+#include "qelsystemcompatibilityreport/blocklist/RuleList.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 
 namespace qelsystemcompatibilityreport {
@@ -38,16 +40,6 @@ std::array<std::string, kOSComponentTypeCount> KindNames() {
   return names;
 }
 
-std::string DescribeInvalidRule(std::size_t index, const SCRRule& rule) {
-  const std::string beginning =
-      "element " + std::to_string(index) + " of \"blocklist\" is not a valid rule: ";
-  if (rule.GetType() == OSComponentType::kInvalid) {
-    return beginning + "\"name\" or \"type\" is missing or wrong, or \"version\" is not a text";
-  }
-  return beginning + "\"osblc_version\" is 0, or a key has the wrong type; its name is \"" + rule.GetName() +
-         "\"";
-}
-
 void MixText(qelcore::MixHashGuidT<qelcore::HashValueMixerState>& state, const std::string& text) {
   qelcore::UpdateHashState(state, text.data(), text.size());
 }
@@ -64,11 +56,16 @@ SCRBlocklist& SCRBlocklist::operator=(const SCRBlocklist&) = default;
 SCRBlocklist& SCRBlocklist::operator=(SCRBlocklist&&) noexcept = default;
 SCRBlocklist::~SCRBlocklist() = default;
 
+const RuleList& SCRBlocklist::Rules() const {
+  static const RuleList none;
+  return mRules ? *mRules : none;
+}
+
 void SCRBlocklist::Read(const std::string& json) {
   mDefaults.resize(kOSComponentTypeCount);
-  const json::Document document(json);
-  if (document.Root().IsThere()) {
-    ReadDocument(document.Root());
+  const auto document = std::make_shared<const json::Document>(json);
+  if (document->Root().IsThere()) {
+    ReadDocument(document->Root(), document);
   } else {
     ReadFromDictionary(json);
   }
@@ -83,30 +80,19 @@ void SCRBlocklist::ReadFromDictionary(const std::string& json) {
                                                      std::to_string(error.mColumn);
     throw std::runtime_error("the blocklist is not JSON" + place + ": " + error.mMessage);
   }
-  ReadDocument(json::View(root));
+  ReadDocument(json::View(root), nullptr);
 }
 
-void SCRBlocklist::ReadDocument(const json::View& root) {
+void SCRBlocklist::ReadDocument(const json::View& root,
+                                const std::shared_ptr<const json::Document>& document) {
   const auto [version, rules, defaults, secondWarning] = root.Members(kDocumentKeys);
   // The version is a gate and is not kept. Any number but 0 passes.
   const std::optional<std::uint64_t> number = version.Integer();
   if (!number || static_cast<std::uint32_t>(*number) == 0) return;
-  ReadRules(rules);
+  // All or nothing: a list that was damaged in one place is not trusted in the others.
+  mRules = std::make_shared<const RuleList>(rules, document);
   ReadDefaults(defaults);
   mSecondWarning = secondWarning.Text().value_or(std::string_view());
-}
-
-void SCRBlocklist::ReadRules(const json::View& list) {
-  const auto elements = list.Elements();
-  if (!elements) return;
-  // All or nothing: a list that was damaged in one place is not trusted in the others.
-  std::vector<SCRRule> rules;
-  rules.reserve(elements->size());
-  for (const json::View& element : *elements) {
-    SCRRule& rule = rules.emplace_back();
-    if (!rule.ReadRule(element)) throw std::runtime_error(DescribeInvalidRule(rules.size() - 1, rule));
-  }
-  mRules = std::move(rules);
 }
 
 void SCRBlocklist::ReadDefaults(const json::View& defaults) {
@@ -144,10 +130,8 @@ qelcore::MixHashGuidT<qelcore::HashValueMixerState> SCRBlocklist::Hash() const {
     MixText(state, texts.info_message);
     MixText(state, texts.info_url);
   }
-  for (const SCRRule& rule : mRules) {
-    Guid ruleHash;
-    qelcore::GetHashResult(rule.Hash(), ruleHash);
-    qelcore::UpdateHashState(state, ruleHash.Bytes().data(), ruleHash.Bytes().size());
+  for (const Guid& hash : Rules().Hashes()) {
+    qelcore::UpdateHashState(state, hash.Bytes().data(), hash.Bytes().size());
   }
   MixText(state, mSecondWarning);
   return state;

@@ -15,12 +15,27 @@ class ExpressionBudget {
   static constexpr std::ptrdiff_t kBalanceAtStart = 200'000'000;
   static constexpr std::ptrdiff_t kAddedForEachExpression = 10'000;
 
+  struct Balances {
+    std::ptrdiff_t mInUse = kBalanceAtStart;
+    std::ptrdiff_t mAside = kBalanceAtStart;
+  };
+
   /// A new match starts.
   static void Start();
 
   /// Takes the cost of one expression away. Returns false, and takes nothing, when the balance does not
   /// suffice.
   [[nodiscard]] static bool Take(std::size_t cost);
+
+  /// While it lives, expressions are paid from a balance of their own: what is tried for an explanation alone
+  /// must not change what becomes of the match. `Start` fills it, too.
+  class Aside {
+   public:
+    Aside();
+    ~Aside();
+    Aside(const Aside&) = delete;
+    Aside& operator=(const Aside&) = delete;
+  };
 };
 
 }  // namespace qelsystemcompatibilityreport

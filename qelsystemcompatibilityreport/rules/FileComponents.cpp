@@ -1,10 +1,9 @@
 #include "qelsystemcompatibilityreport/rules/FileComponents.h"
 
-#include <unordered_map>
-
 #include "platform/qelcore/FileUtils.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
+#include "qelsystemcompatibilityreport/rules/SeparateState.h"
 
 namespace qelsystemcompatibilityreport {
 
@@ -15,35 +14,37 @@ using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentType;
 using qelcore::utility::OSComponentVersion;
 
-using Cache = std::unordered_map<std::string, std::shared_ptr<OSComponent>>;
-
-Cache& FileCache() {
-  static Cache cache;
-  return cache;
+FileAnswers& KnownAnswers() {
+  static FileAnswers answers;
+  SeparateState* const separate = SeparateState::Current();
+  return separate == nullptr ? answers : separate->mFileAnswers;
 }
 
-std::shared_ptr<OSComponent> LookUpOnDisk(std::string path) {
-  if (path.empty() || FileUtils::ConvertEnvPath(path) != 0) return nullptr;
+FileAnswer LookUpOnDisk(std::string path) {
+  if (path.empty()) return {};
+  if (FileUtils::ConvertEnvPath(path) != 0) return {FileStep::Outcome::kUnknownPlaceholder, path, nullptr};
   const std::u16string widePath = qelcore::string::UTF8to16(path);
   // A directory satisfies a file rule too. It has no version, so only ranges that hold the empty one let it
   // pass.
-  if (!qelcore::filesupport::File(widePath).Exists() && !qelcore::filesupport::Dir(widePath).Exists()) {
-    return nullptr;
+  const bool isFile = qelcore::filesupport::File(widePath).Exists();
+  if (!isFile && !qelcore::filesupport::Dir(widePath).Exists()) {
+    return {FileStep::Outcome::kNothingThere, path, nullptr};
   }
   const OSComponentVersion version(FileUtils::GetFileVersion(path));
-  return std::make_shared<OSComponent>(OSComponentType::kFile, std::move(path), version);
+  return {isFile ? FileStep::Outcome::kFile : FileStep::Outcome::kDirectory, path,
+          std::make_shared<OSComponent>(OSComponentType::kFile, path, version)};
 }
 
 }  // namespace
 
-std::shared_ptr<OSComponent> FindFileComponent(const std::string& path) {
-  const auto known = FileCache().find(path);
-  if (known != FileCache().end()) return known->second;
-  return FileCache().emplace(path, LookUpOnDisk(path)).first->second;
+const FileAnswer& FindFile(const std::string& path) {
+  const auto known = KnownAnswers().find(path);
+  if (known != KnownAnswers().end()) return known->second;
+  return KnownAnswers().emplace(path, LookUpOnDisk(path)).first->second;
 }
 
 void ForgetFileComponents() {
-  FileCache().clear();
+  KnownAnswers().clear();
 }
 
 }  // namespace qelsystemcompatibilityreport

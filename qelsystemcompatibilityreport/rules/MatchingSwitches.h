@@ -1,4 +1,4 @@
-// The two switches that loosen matching, process-wide.
+// The two switches that loosen matching, process-wide but for threads that match separately.
 #pragma once
 
 namespace qelsystemcompatibilityreport {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <utility>
 
 namespace qelsystemcompatibilityreport {
@@ -49,6 +50,40 @@ std::optional<SCRPropertyOperator> PropertyOperatorFromString(std::string_view k
 bool ComparesIntegers(SCRPropertyOperator propertyOperator) {
   return propertyOperator >= SCRPropertyOperator::kIntegerEqual &&
          propertyOperator <= SCRPropertyOperator::kIntegerGreaterOrEqual;
+}
+
+bool ComparisonHolds(SCRPropertyOperator propertyOperator, int comparison) {
+  switch (propertyOperator) {
+    case SCRPropertyOperator::kEqual:
+    case SCRPropertyOperator::kIntegerEqual:
+      return comparison == 0;
+    case SCRPropertyOperator::kNotEqual:
+    case SCRPropertyOperator::kIntegerNotEqual:
+      return comparison != 0;
+    case SCRPropertyOperator::kLess:
+    case SCRPropertyOperator::kIntegerLess:
+      return comparison < 0;
+    case SCRPropertyOperator::kLessOrEqual:
+    case SCRPropertyOperator::kIntegerLessOrEqual:
+      return comparison <= 0;
+    case SCRPropertyOperator::kGreater:
+    case SCRPropertyOperator::kIntegerGreater:
+      return comparison > 0;
+    case SCRPropertyOperator::kGreaterOrEqual:
+    case SCRPropertyOperator::kIntegerGreaterOrEqual:
+      return comparison >= 0;
+    case SCRPropertyOperator::kRegularExpression:
+      break;
+  }
+  return false;
+}
+
+long long ToInteger(const std::string& text) {
+  return std::strtoll(text.c_str(), nullptr, 10);
+}
+
+int CompareIntegers(long long left, long long right) {
+  return left < right ? -1 : left > right ? 1 : 0;
 }
 
 }  // namespace qelsystemcompatibilityreport

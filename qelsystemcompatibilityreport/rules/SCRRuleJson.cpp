@@ -30,8 +30,9 @@ constexpr std::string_view kErrorLevel = "error_level";
 /// From this many ranges on, their texts are made on all processors.
 constexpr std::size_t kMostRangesOnOneThread = 512;
 
-constexpr std::array kCommonKeys{kFormatVersion, kInfoMessage, kInfoURL, kDependencies, kErrorLevel};
-constexpr std::array kVersionKeys{kVersions, kMaxVersion, kVersionMask, kVersionMod};
+// Sorted, as most documents are.
+constexpr std::array kRuleKeys{kDependencies,  kErrorLevel,  kInfoMessage, kInfoURL, kMaxVersion,
+                               kFormatVersion, kVersionMask, kVersionMod,  kVersions};
 
 std::string_view TextOrEmpty(const json::View& member) {
   return member.Text().value_or(std::string_view());
@@ -50,7 +51,7 @@ json::Array RangesToJSON(const std::vector<VersionRange>& ranges) {
 
 }  // namespace
 
-bool SCRRule::FromJSON(const std::any& json) {
+void SCRRule::Clear() {
   mInfoMessage.clear();
   mInfoURL.clear();
   mVersions.clear();
@@ -60,6 +61,10 @@ bool SCRRule::FromJSON(const std::any& json) {
   mErrorLevel = SCRRuleErrorLevel::INFO;
   mStringComparisons.clear();
   mIntegerComparisons.clear();
+}
+
+bool SCRRule::FromJSON(const std::any& json) {
+  Clear();
   return ReadRule(json::View(json));
 }
 
@@ -71,14 +76,15 @@ bool SCRRule::ReadRule(const json::View& value) {
 bool SCRRule::ReadFields(const json::View& value) {
   if (!OSComponent::ReadFrom(value)) return false;
 
-  const auto [formatVersion, message, url, dependencies, level] = value.Members(kCommonKeys);
+  const auto [dependencies, level, message, url, maxVersion, formatVersion, mask, modulus, versions] =
+      value.Members(kRuleKeys);
   const std::optional<std::uint64_t> format = formatVersion.Integer();
   if (format && static_cast<std::uint32_t>(*format) == 0) return false;
 
   if (GetType() == OSComponentType::kProperty) {
     DeserializeProprtyFieldsFromJSON(value);
   } else {
-    DeserializeVersionFieldsFromJSON(value);
+    DeserializeVersionFieldsFromJSON(versions, maxVersion, mask, modulus);
   }
 
   mInfoMessage = TextOrEmpty(message);
@@ -97,8 +103,8 @@ bool SCRRule::ReadFields(const json::View& value) {
   return true;
 }
 
-void SCRRule::DeserializeVersionFieldsFromJSON(const json::View& object) {
-  const auto [versions, maxVersion, mask, modulus] = object.Members(kVersionKeys);
+void SCRRule::DeserializeVersionFieldsFromJSON(const json::View& versions, const json::View& maxVersion,
+                                               const json::View& mask, const json::View& modulus) {
   if (const auto texts = versions.Texts()) {
     mVersions.reserve(texts->size());
     for (const std::string_view text : *texts) mVersions.push_back(ReadVersionRange(text));

@@ -1,5 +1,7 @@
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -16,11 +18,12 @@ VersionRange::VersionRange(const std::string& text) : VersionRange(ReadVersionRa
 
 VersionRange ReadVersionRange(std::string_view text) {
   // Blanks only: a tab makes its piece no version.
-  std::string compact;
+  std::array<char, 64> room;
+  std::string longText;
   if (text.find(' ') != std::string_view::npos) {
-    compact = text;
-    std::erase(compact, ' ');
-    text = compact;
+    if (text.size() > room.size()) longText.resize(text.size());
+    char* const begin = longText.empty() ? room.data() : longText.data();
+    text = {begin, std::remove_copy(text.begin(), text.end(), begin, ' ')};
   }
   const std::size_t hyphen = text.find('-');
   const OSComponentVersion minimum(text.substr(0, hyphen));
@@ -35,7 +38,10 @@ bool VersionRange::IsVersionInRange(const OSComponentVersion& version) const {
 
 std::string VersionRange::ToString() const {
   std::string text = mMinVersion.ToString();
-  if (mMaxVersion) text += "-" + mMaxVersion.ToString();
+  if (mMaxVersion) {
+    text += '-';
+    text += mMaxVersion.ToString();
+  }
   return text;
 }
 

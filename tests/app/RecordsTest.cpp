@@ -70,6 +70,10 @@ TEST_F(RecordsTest, NothingIsRecordedYet) {
   const auto result = Scr({"events"});
   EXPECT_EQ(result.mExitCode, 0);
   EXPECT_EQ(result.mOutput.rfind("Nothing is recorded in ", 0), 0U) << result.mOutput;
+  EXPECT_NE(result.mOutput.find("; a report records something.\n"), std::string::npos) << result.mOutput;
+  const auto statistics = Scr({"events", "--statistics"});
+  EXPECT_NE(statistics.mOutput.find("; \"scr launch\" records the figures of its run.\n"), std::string::npos)
+      << statistics.mOutput;
   EXPECT_EQ(Scr({"events", "--json"}).mOutput, "");
   EXPECT_EQ(Scr({"trail"}).mOutput.rfind("No trail was left yet", 0), 0U);
 }

@@ -33,6 +33,11 @@ TEST_F(ScriptVerbTest, AnErrorIsShownWithFileAndLine) {
       {"\nSystemCompatibilityReport.Delete('x')", "CreateReport"},
       {"os.execute('true')", "script.lua:1: "},
       {"io.open('x')", "script.lua:1: "},
+      {"\nerror({code = 3})", "script.lua:2: (error object is a table value)"},
+      {"\nerror(nil)", "script.lua:2: (error object is a nil value)"},
+      {"\n\nerror('my words', 0)", "script.lua:3: my words"},
+      {"local function inner()\n  error('my words', 0)\nend\ninner()", "script.lua:2: my words"},
+      {"\nlocal text = string.rep('x', 1 << 30)", "script.lua:2: not enough memory: a script may use "},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.mScript);

@@ -9,13 +9,13 @@ TEST_F(UsageTest, HelpNamesEveryVerb) {
   const auto result = Run({"--help"});
   EXPECT_EQ(result.mExitCode, 0);
   EXPECT_EQ(result.mErrors, "");
-  for (const char* const verb : {"report", "components", "check", "lint", "state", "settings"}) {
+  for (const char* const verb : {"report", "components", "check", "lint", "explain", "state", "settings"}) {
     EXPECT_NE(result.mOutput.find(verb), std::string::npos) << verb << " in\n" << result.mOutput;
   }
 }
 
 TEST_F(UsageTest, EveryVerbHasHelpWithAnExample) {
-  for (const std::string verb : {"report", "components", "check", "lint", "state", "settings"}) {
+  for (const std::string verb : {"report", "components", "check", "lint", "explain", "state", "settings"}) {
     const auto result = Run({verb, "--help"});
     EXPECT_EQ(result.mExitCode, 0) << verb;
     EXPECT_EQ(result.mErrors, "") << verb;
@@ -39,6 +39,7 @@ TEST_F(UsageTest, WrongUseGetsOneLineThatSaysWhatToDo) {
       {{"report", "--outptu", "x"}, "--outptu"},
       {{"report", "--output"}, "--output"},
       {{"check"}, "BLOCKLIST"},
+      {{"explain"}, "BLOCKLIST"},
       {{"state"}, "scr state: a verb is missing; \"scr state --help\""},
       {{"report", "bogus"}, "bogus: not expected here; \"scr report --help\""},
       {{"report", "--output", ""}, "--output: the name of a file is missing"},

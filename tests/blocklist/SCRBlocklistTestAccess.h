@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/blocklist/RuleList.h"
 #include "qelsystemcompatibilityreport/common/Boundary.h"
 
 namespace qelsystemcompatibilityreport {
@@ -31,10 +33,18 @@ struct SCRBlocklistTestAccess {
     };
     return std::equal(left.mDefaults.begin(), left.mDefaults.end(), right.mDefaults.begin(),
                       right.mDefaults.end(), areTheSame) &&
-           left.mRules == right.mRules && left.mSecondWarning == right.mSecondWarning;
+           AllRules(left) == AllRules(right) && left.Rules().Hashes() == right.Rules().Hashes() &&
+           left.Rules().HasFileRule() == right.Rules().HasFileRule() &&
+           left.mSecondWarning == right.mSecondWarning;
   }
 
-  static std::size_t CountRules(const SCRBlocklist& blocklist) { return blocklist.mRules.size(); }
+  static std::vector<SCRRule> AllRules(const SCRBlocklist& blocklist) {
+    std::vector<SCRRule> rules;
+    blocklist.Rules().Visit([&](const SCRRule& rule) { rules.push_back(rule); });
+    return rules;
+  }
+
+  static std::size_t CountRules(const SCRBlocklist& blocklist) { return blocklist.Rules().Size(); }
 };
 
 }  // namespace qelsystemcompatibilityreport

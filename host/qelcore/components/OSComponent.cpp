@@ -1,5 +1,7 @@
 #include <atomic>
+#include <bit>
 #include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "host/qelcore/System.h"
@@ -26,15 +28,15 @@ constexpr std::array<std::string_view, kOSComponentTypeCount> kTypeNames = {"OS"
 
 std::atomic<bool> arePropertiesEnabled{false};
 
-/// Numbers on their way into a hash, least significant byte first on every machine. They are mixed in
-/// together: each call of the mixer costs more than the bytes.
+/// Numbers on their way into a hash, least significant byte first. They are mixed in together: each call of
+/// the mixer costs more than the bytes.
 class NumberBytes {
  public:
   template <typename Unsigned>
   void Append(Unsigned value) {
-    for (std::size_t index = 0; index < sizeof(Unsigned); ++index) {
-      mBytes[mSize++] = static_cast<unsigned char>(value >> (8 * index));
-    }
+    static_assert(std::endian::native == std::endian::little, "hashes must not depend on the machine");
+    std::memcpy(mBytes.data() + mSize, &value, sizeof value);
+    mSize += sizeof value;
   }
 
   void MixInto(MixHashGuidT<HashValueMixerState>& state) const {
@@ -98,8 +100,8 @@ bool OSComponent::ReadFrom(const json::View& json) {
   mVersion = {};
   mPropertyValue.clear();
   try {
-    static constexpr std::array kKeys{kNameKey, kTypeKey, kVersionKey, kValueKey, kFormatKey};
-    const auto [nameMember, typeMember, versionMember, valueMember, formatMember] = json.Members(kKeys);
+    static constexpr std::array kKeys{kNameKey, kFormatKey, kTypeKey, kValueKey, kVersionKey};
+    const auto [nameMember, formatMember, typeMember, valueMember, versionMember] = json.Members(kKeys);
     const std::optional<std::string_view> name = nameMember.Text();
     const OSComponentType type = ComponentTypeFromString(typeMember.Text().value_or(std::string_view()));
     const std::string_view version = versionMember.Text().value_or(std::string_view());

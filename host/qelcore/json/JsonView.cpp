@@ -67,14 +67,30 @@ void View::ThrowTypeError(const char* expected) const {
   ThrowTypeError(mKey.empty() ? "The value" : '"' + std::string(mKey) + '"', expected);
 }
 
+namespace {
+
+/// Lengths of keys, as bits; the longest share one.
+std::uint64_t LengthBit(std::string_view key) {
+  return std::uint64_t{1} << std::min<std::size_t>(key.size(), 63);
+}
+
+}  // namespace
+
 void View::FindMembers(const std::string_view* keys, View* members, std::size_t count) const {
   const std::string_view* const end = keys + count;
   if (const auto fields = Read<dom::object>(mPlace)) {
+    // Most documents are sorted by their keys, and callers ask in that order.
+    const std::string_view* likely = keys;
+    std::uint64_t lengths = 0;
+    for (const std::string_view* key = keys; key != end; ++key) lengths |= LengthBit(*key);
     for (const auto& field : *fields) {
-      const std::string_view* const key = std::find(keys, end, field.key);
+      if ((lengths & LengthBit(field.key)) == 0) continue;
+      const bool isLikely = likely != end && *likely == field.key;
+      const std::string_view* const key = isLikely ? likely : std::find(keys, end, field.key);
       if (key == end) continue;
       members[key - keys].mPlace = std::bit_cast<Place>(field.value);
       members[key - keys].mKey = *key;
+      likely = key + 1;
     }
   } else if (const auto* const object = Read<Dictionary>(mValue)) {
     static const std::any nothing;

@@ -71,9 +71,12 @@ bool MustUseInstalledBlocklist() {
 }  // namespace
 
 File GetAppBlocklistFileLocation(const Language& language) {
-  const File file(qelcore::filesupport::AppDir() / kDirectoryName, BlocklistFileName(language));
-  static TraceSite site(TraceSite::kDetail);
-  site.Write([&] { return "App Restricted list File Location: " + Quoted(file); });
+  File file;
+  AtBoundary("qelsystemcompatibilityreport::GetAppBlocklistFileLocation", [&] {
+    file = File(qelcore::filesupport::AppDir() / kDirectoryName, BlocklistFileName(language));
+    static TraceSite site(TraceSite::kDetail);
+    site.Write([&] { return "App Restricted list File Location: " + Quoted(file); });
+  });
   return file;
 }
 
@@ -103,24 +106,28 @@ File GetDownloadBlocklistFileLocation(const Language& language) {
 }
 
 File SelectBlocklistFile(const Language& language) {
-  const bool useInstalled = MustUseInstalledBlocklist();
-  File installed;
-  const auto find = [&](const Language& candidate) {
-    if (!useInstalled) {
-      const File downloaded = GetDownloadBlocklistFileLocation(candidate);
-      if (downloaded.Exists()) return downloaded;
-    }
-    installed = GetAppBlocklistFileLocation(candidate);
-    return installed.Exists() ? installed : File();
-  };
+  // What a failure leaves here is what the caller gets.
+  File selected;
+  AtBoundary("qelsystemcompatibilityreport::SelectBlocklistFile", [&] {
+    const bool useInstalled = MustUseInstalledBlocklist();
+    const auto find = [&](const Language& candidate) {
+      if (!useInstalled) {
+        const File downloaded = GetDownloadBlocklistFileLocation(candidate);
+        if (downloaded.Exists()) {
+          selected = downloaded;
+          return true;
+        }
+      }
+      selected = GetAppBlocklistFileLocation(candidate);
+      return selected.Exists();
+    };
 
-  const std::string requested = language.value_or(std::string(kFallbackLanguage));
-  for (const Language& candidate : {Language(), Language(requested), Language(kFallbackLanguage)}) {
-    const File found = find(candidate);
-    if (found.Exists()) return found;
-    if (candidate == kFallbackLanguage) break;
-  }
-  return installed;
+    const std::string requested = language.value_or(std::string(kFallbackLanguage));
+    for (const Language& candidate : {Language(), Language(requested), Language(kFallbackLanguage)}) {
+      if (find(candidate) || candidate == kFallbackLanguage) break;
+    }
+  });
+  return selected;
 }
 
 }  // namespace qelsystemcompatibilityreport

@@ -5,6 +5,8 @@
 //
 // 7.3 is the application's version. Below the preferences directory's SystemCompatibilityReport, a directory
 // "Deployed" stands for "7.3/win" when it exists, and a file "test/blocklist.json" for every downloaded one.
+//
+// Nothing here throws: a failure is logged, and the result is what was known by then, an empty file at worst.
 #pragma once
 
 #include <optional>
@@ -20,8 +22,7 @@ using Language = std::optional<std::string>;
 /// The installed blocklist's file. It need not exist, and nothing is created.
 [[nodiscard]] qelcore::filesupport::File GetAppBlocklistFileLocation(const Language& language = {});
 
-/// The downloaded blocklist's file. It need not exist; the directories that lead to it are created. Does not
-/// throw: a failure is logged, and the result is what was known by then, an empty file at worst.
+/// The downloaded blocklist's file. It need not exist; the directories that lead to it are created.
 [[nodiscard]] qelcore::filesupport::File GetDownloadBlocklistFileLocation(const Language& language = {});
 
 /// The file that a run reads: the first that exists of the downloaded and the installed one, in the

@@ -21,12 +21,20 @@ class ListenerHolder {
  public:
   std::shared_ptr<SafeMessageListener> Exchange(std::shared_ptr<SafeMessageListener> listener) {
     const std::lock_guard lock(mMutex);
+    if (listener) mLatest = listener;
     return std::exchange(mListener, std::move(listener));
+  }
+
+  /// The listener that was held last, if somebody still dispatches to it.
+  [[nodiscard]] std::shared_ptr<SafeMessageListener> Latest() {
+    const std::lock_guard lock(mMutex);
+    return mLatest.lock();
   }
 
  private:
   std::mutex mMutex;
   std::shared_ptr<SafeMessageListener> mListener;
+  std::weak_ptr<SafeMessageListener> mLatest;
 };
 
 ListenerHolder gListener;
@@ -45,6 +53,13 @@ void OnAppState(AppState state) {
   if (Release()) LogToAnalytics();
 }
 
+/// Releases the listener, and waits for the thread that has taken it and still logs: the module may be
+/// unloaded next.
+void EndListening() {
+  Release();
+  if (const auto latest = gListener.Latest()) latest->Shutdown();
+}
+
 }  // namespace
 
 void ReplaceAppStateListener() {
@@ -56,7 +71,7 @@ void ReplaceAppStateListener() {
 void ListenToAppStates() {
   static const bool isListening = [] {
     ReplaceAppStateListener();
-    qelcore::config::AddTerminationForSingleton([] { Release(); },
+    qelcore::config::AddTerminationForSingleton(EndListening,
                                                 "qelsystemcompatibilityreport::AppStateListener");
     return true;
   }();

@@ -63,12 +63,36 @@ TEST(ExamplesTest, TellWhyARuleMisses) {
   } rows[] = {
       {R"({"name": "NVIDIA Quadro", "type": "Audio"})", "it is of another type"},
       {Nvidia("31.0.15.3623", "\"with\": []"),
-       "a dependency finds nothing; components that it asks for stand under \"with\""},
-      {Nvidia("31.0.14.3623"), "its version, which mask and modulus make 0.0.4.3623, lies in no range"},
-      {R"({"name": "nvidia Quadro", "type": "Video", "version": "31.0.15.3623"})", "its name does not match"},
+       R"(dependency 0, [OS] "Windows", finds nothing on the machine; )"
+       R"(components that it asks for stand under "with")"},
+      {Nvidia("31.0.14.3623"), "after mask and modulus 0.0.4.3623 is below 0.0.5.3600"},
+      {R"({"name": "nvidia Quadro", "type": "Video", "version": "31.0.15.3623"})", "the name does not match"},
+      {R"({"name": "/a", "type": "File"})", "it is of another type"},
   };
   for (const auto& row : rows) {
     const Findings findings = LintRules(Rule(kNvidia, R"({"hits": [)" + row.mExample + "]}"));
+    ASSERT_EQ(findings.size(), 1U) << row.mExample;
+    EXPECT_EQ(findings[0].mWhat.substr(findings[0].mWhat.find(": ") + 2), row.mWhy);
+  }
+}
+
+TEST(ExamplesTest, TellWhyARuleMissesFilesAndProperties) {
+  const struct {
+    const char* mRule;
+    const char* mExample;
+    const char* mWhy;
+  } rows[] = {
+      {R"("name": "/a", "type": "File")", R"({"name": "/b", "type": "File"})", "it has another path"},
+      {R"("name": "/a", "type": "File", "versions": ["1"])",
+       R"({"name": "/a", "type": "File", "version": "1.1"})", "1.1.0.0 is above 1.0.0.0"},
+      {R"("name": "memory.mb", "type": "Property", "ilt": "4000")",
+       R"({"name": "memory.mb", "type": "Property", "value": "8192"})",
+       "the value 8192 is not less than 4000"},
+      {R"("name": "memory.mb", "type": "Property", "ilt": "9000")",
+       R"({"name": "memory.MB", "type": "Property", "value": "8192"})", "the name does not match"},
+  };
+  for (const auto& row : rows) {
+    const Findings findings = LintRules(Rule(row.mRule, R"({"hits": [)" + std::string(row.mExample) + "]}"));
     ASSERT_EQ(findings.size(), 1U) << row.mExample;
     EXPECT_EQ(findings[0].mWhat.substr(findings[0].mWhat.find(": ") + 2), row.mWhy);
   }

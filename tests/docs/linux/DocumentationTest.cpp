@@ -72,8 +72,9 @@ TEST(DocumentationTest, CommandsRun) {
         continue;
       }
       const auto result = workplace.Run(runsVerb ? "scr" + command.substr(5) : command);
-      const bool mayFindIssues =
-          command.find(" check ") != std::string::npos || command.find(" lint ") != std::string::npos;
+      const bool mayFindIssues = command.find(" check ") != std::string::npos ||
+                                 command.find(" lint ") != std::string::npos ||
+                                 command.find(" diff ") != std::string::npos;
       EXPECT_TRUE(result.mExitCode == 0 || (mayFindIssues && result.mExitCode == 2))
           << block.mPage << ": " << line << "\n"
           << result.mErrors;

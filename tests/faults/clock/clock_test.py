@@ -3,17 +3,17 @@ waits until the clock is where it was.
 
   clock_test.py SCR CLOCK_SHIFT_LIBRARY [TEST...]
 """
-import http.server
 import json
 import os
 import pathlib
 import re
 import subprocess
 import sys
-import tempfile
-import threading
 import time
-import unittest
+
+sys.path.append(str(pathlib.Path(__file__).parents[1]))
+
+from machine import STATE, MachineTest, blocklist, environment, run_tests  # noqa: E402
 
 SCR, LIBRARY = sys.argv[1:3]
 
@@ -21,47 +21,15 @@ MINUTE, HOUR, DAY, YEAR = 60, 3600, 86400, 31557600
 BEFORE_1970 = -(int(time.time()) + 3 * YEAR)
 SHIFTS = (-DAY, -10 * YEAR, BEFORE_1970, 10 * YEAR, 150 * YEAR)
 
-STATE = "SCRPriorState.json"
 PROPERTIES = "SystemProperties.json"
 TIME = re.compile(r"-?\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z")
 
 
-def blocklist(message):
-    kinds = ("OS", "Video", "Audio", "Network", "File", "Property")
-    texts = {kind: {"info_message": f"{message} {kind}", "info_url": "https://example.com/"} for kind in kinds}
-    rule = {"type": "OS", "name": ".*", "error_level": "WARN", "info_message": message}
-    return json.dumps({"blocklist_version": 1, "blocklist": [rule], "default_info": texts})
-
-
-class Handler(http.server.BaseHTTPRequestHandler):
-    def do_GET(self):
-        body = blocklist("downloaded").encode()
-        self.send_response(200)
-        self.send_header("Content-Length", str(len(body)))
-        self.end_headers()
-        self.wfile.write(body)
-
-    def log_message(self, *arguments):
-        pass
-
-
-class ClockTest(unittest.TestCase):
-    def setUp(self):
-        directory = tempfile.TemporaryDirectory()
-        self.addCleanup(directory.cleanup)
-        self.directory = pathlib.Path(directory.name)
-        self.preferences = self.directory / "preferences"
-        installed = self.directory / "application/SystemCompatibilityReport/blocklist.en_US.json"
-        installed.parent.mkdir(parents=True)
-        installed.write_text(blocklist("installed"))
-
+class ClockTest(MachineTest):
     def scr(self, *arguments, shift=0):
-        environment = dict(os.environ, LD_PRELOAD=LIBRARY, CLOCK_SHIFT=str(shift), HOME=str(self.directory),
-                           DISPLAY="", WAYLAND_DISPLAY="", no_proxy="*")
-        for name in ("XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME"):
-            environment.pop(name, None)
-        return subprocess.run([SCR, "--pref-dir", self.preferences, "--app-dir", self.directory / "application",
-                               *arguments], env=environment, capture_output=True, text=True, timeout=60)
+        shifted = environment(LD_PRELOAD=LIBRARY, CLOCK_SHIFT=str(shift), HOME=str(self.directory))
+        return subprocess.run([SCR, *self.directories(), *arguments], env=shifted, capture_output=True, text=True,
+                              timeout=60)
 
     def expect_report(self, shift):
         result = self.scr("report", shift=shift)
@@ -152,19 +120,15 @@ class ClockTest(unittest.TestCase):
         self.assertEqual({path: path.exists() for path in leftovers}, leftovers)
 
     def test_a_download_begins_when_its_delay_is_over(self):
-        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        try:
-            for shift in (f"0 2:{-10 * YEAR}", f"0 3:{10 * YEAR}", f"{10 * YEAR} 3:{-10 * YEAR} 4:0", BEFORE_1970):
-                with self.subTest(shift=shift):
-                    begin = time.monotonic()
-                    result = self.scr("--set", "qelsystemcompatibilityreport.download_delay_secs=1", "refresh",
-                                      "--base", f"http://127.0.0.1:{server.server_port}", shift=shift)
-                    self.assertEqual((result.returncode, result.stderr), (0, ""))
-                    self.assertGreaterEqual(time.monotonic() - begin, 1)
-                    self.assertIn("downloaded", self.scr("report", shift=shift).stdout)
-        finally:
-            server.shutdown()
+        url = self.serve(blocklist("downloaded"))
+        for shift in (f"0 2:{-10 * YEAR}", f"0 3:{10 * YEAR}", f"{10 * YEAR} 3:{-10 * YEAR} 4:0", BEFORE_1970):
+            with self.subTest(shift=shift):
+                begin = time.monotonic()
+                result = self.scr("--set", "qelsystemcompatibilityreport.download_delay_secs=1", "refresh", "--base",
+                                  url, shift=shift)
+                self.assertEqual((result.returncode, result.stderr), (0, ""))
+                self.assertGreaterEqual(time.monotonic() - begin, 1)
+                self.assertIn("downloaded", self.scr("report", shift=shift).stdout)
 
     def test_the_trace_is_written_at_any_time(self):
         missing = self.directory / "missing/report.txt"
@@ -174,4 +138,4 @@ class ClockTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1] + [f"ClockTest.{test}" for test in sys.argv[3:]])
+    run_tests(2, ClockTest)

@@ -57,6 +57,20 @@ TEST_F(Outcomes, OfAFailure) {
   EXPECT_THAT(Seen()[0].mFailure, HasSubstr("connect"));
 }
 
+class OutcomesWithoutAStatus : public Outcomes, public testing::WithParamInterface<const char*> {};
+
+TEST_P(OutcomesWithoutAStatus, HaveAReason) {
+  const LoopbackServer server(
+      LoopbackServer::Answering([](const std::string&) { return std::string(GetParam()) + "\r\n\r\nbody"; }));
+  EXPECT_EQ(Fetch(server.Url("/x")).mStatus, 0);
+  ASSERT_EQ(Seen().size(), 1U);
+  EXPECT_EQ(Seen()[0].mStatus, 0);
+  EXPECT_EQ(Seen()[0].mFailure, "The answer has no status.");
+}
+
+INSTANTIATE_TEST_SUITE_P(OfThreeDigits, OutcomesWithoutAStatus,
+                         testing::Values("HTTP/20 OK", "HTTP/2100031.1 301 Moved"));
+
 TEST_F(Outcomes, OfARefusal) {
   EXPECT_FALSE(Get("ftp://example.com/"));
   EXPECT_FALSE(Get("http://example.com/", {{"a b", "c"}}));

@@ -214,6 +214,23 @@ TEST_F(LaunchRunTest, NothingHappensWhileTheServiceIsOff) {
   EXPECT_EQ(TimesLogged(), 1U);
 }
 
+TEST_F(LaunchRunTest, TheHostsFeatureDecidesAboutProperties) {
+  mHost.SetComponents({testsupport::Property("memory.mb", "4096")});
+  Install({R"({"type":"Property","name":"memory.mb","ilt":"8192","error_level":"WARN"})"});
+  qelcore::host::SetDebugEntryForThisRun("qelsystemcompatibilityreport.properties", "true");
+  Launch();
+  EXPECT_EQ(CountWarnIncompatibilities(), 1U);
+}
+
+TEST_F(LaunchRunTest, WithoutTheFeaturePropertiesTakeNoPart) {
+  mHost.SetComponents({testsupport::Property("memory.mb", "4096")});
+  Install({R"({"type":"Property","name":"memory.mb","ilt":"8192","error_level":"WARN"})"});
+  qelcore::utility::OSComponent::EnableSupportProperties(true);
+  qelcore::host::SetDebugEntryForThisRun("qelsystemcompatibilityreport.properties", "false");
+  Launch();
+  EXPECT_EQ(CountWarnIncompatibilities(), 0U);
+}
+
 // ---- The second warning
 
 TEST_F(LaunchRunTest, WhoGetsTheSecondWarning) {

@@ -251,6 +251,33 @@ TEST_F(ReportEntryPointsTest, ADownloadedBlocklistIsPreferred) {
   EXPECT_THAT(mHost.Files().Read("report.txt"), HasSubstr("1.\tdownloaded\n"));
 }
 
+// ---- In which order
+
+TEST_F(ReportEntryPointsTest, TheStateIsLoadedThenTheMachineReadThenTheBlocklistFound) {
+  mHost.Files().Write(kState, R"({"warn_matches":[]})");
+  mHost.Files().Write(kInstalled, BlocklistText(CardRules("WARN", 1)));
+  std::vector<std::string> steps;
+  qelcore::host::SetFileOperationHook([&](FileOperation operation, const std::string& path) {
+    if (operation != FileOperation::kOpenForReading) return;
+    steps.push_back(std::filesystem::path(path).filename().string() +
+                    ", machine read: " + std::to_string(mHost.mRegistryRequests.size()) +
+                    ", places traced: " + std::to_string(mHost.Traced(6).size()));
+  });
+  RunToFile();
+  ASSERT_GE(steps.size(), 2U);
+  EXPECT_EQ(steps[0], "SCRPriorState.json, machine read: 0, places traced: 0");
+  EXPECT_THAT(steps[1], HasSubstr("blocklist.en_US.json, machine read: 1, places traced: "));
+}
+
+TEST_F(ReportEntryPointsTest, AChoiceAboutTheDisplayIsRecordedBeforeItIsSaved) {
+  std::vector<std::size_t> eventsAtSaving;
+  qelcore::host::SetFileOperationHook([&](FileOperation operation, const std::string&) {
+    if (operation == FileOperation::kReplace) eventsAtSaving.push_back(mHost.mEvents.size());
+  });
+  SetAllowDisplayReportAtStartup(false);
+  EXPECT_THAT(eventsAtSaving, ElementsAre(1U));
+}
+
 // ---- The feature
 
 constexpr const char* kPropertyRule =

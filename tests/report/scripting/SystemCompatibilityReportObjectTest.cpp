@@ -9,6 +9,7 @@
 #include "host/qelscripting/HostSetup.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "tests/report/ReportSupport.h"
+#include "tests/support/RecordingUserInterface.h"
 #include "tests/support/TestHost.h"
 
 namespace {
@@ -54,6 +55,15 @@ TEST_F(ScriptingTest, AnUnwritablePathIsStillTrue) {
 TEST_F(ScriptingTest, AnEmptyPathIsARunWithoutFile) {
   qelscripting::host::RunScriptText("assert(SystemCompatibilityReport.CreateReport(''))", "test");
   EXPECT_EQ(testsupport::LastEvent(mHost), "click:unknown-value ui-displayed 1 0");
+}
+
+TEST_F(ScriptingTest, TheReportIsShownUnderTheApplicationsName) {
+  qelcore::host::SetApplicationName(u"Some Name");
+  testsupport::RecordingUserInterface toolkit;
+  std::u16string title;
+  toolkit.mWhileDialogIsUp = [&](testsupport::RecordedDialog& dialog) { title = dialog.mTitle; };
+  qelscripting::host::RunScriptText("SystemCompatibilityReport.CreateReport('')", "test");
+  EXPECT_EQ(title, u"Some Name");
 }
 
 TEST_F(ScriptingTest, WhileTheServiceIsOffItIsTrueAndNothingIsWritten) {

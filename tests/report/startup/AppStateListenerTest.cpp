@@ -8,6 +8,7 @@
 
 #include "host/qelcore/HostSetup.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
+#include "tests/support/Gate.h"
 #include "tests/support/TestHost.h"
 
 namespace {
@@ -83,6 +84,24 @@ TEST_F(AppStateListenerTest, WhileTheServiceIsOffTheOccasionPasses) {
   EnableReports(true);
   SetAppState(AppState::kPostStartup);
   EXPECT_EQ(TimesLogged(), 0U);
+}
+
+TEST_F(AppStateListenerTest, TheEndOfTheProcessWaitsForAThreadThatStillLogs) {
+  testsupport::Gate isLogging;
+  testsupport::Gate mayGo;
+  std::atomic<bool> hasLogged = false;
+  mHost.mOnUsageEntry = [&] {
+    isLogging.Open();
+    mayGo.Wait();
+    hasLogged = true;
+  };
+  std::thread sender([] { SetAppState(AppState::kPostStartup); });
+  isLogging.Wait();
+  std::thread releaser([&] { mayGo.Open(); });
+  qelcore::host::EndProcess();
+  EXPECT_TRUE(hasLogged);
+  releaser.join();
+  sender.join();
 }
 
 TEST_F(AppStateListenerTest, AfterTheProcessEndedNothingIsHeard) {

@@ -1,0 +1,49 @@
+// The rules of a blocklist.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/qelcore/Guid.h"
+#include "platform/qelcore/JsonView.h"
+#include "qelsystemcompatibilityreport/SCRRule.h"
+
+namespace qelsystemcompatibilityreport {
+
+using qelcore::Guid;
+
+/// Rules in their order, which do not change.
+///
+/// Most runs only ask whether anything has changed and need no rule, so rules are not kept where that can be
+/// helped: they are read once for their hashes, and once more, from the document, when somebody visits them.
+class RuleList {
+ public:
+  /// No rules.
+  RuleList() = default;
+
+  /// Reads the elements of an array of rules. Throws `std::runtime_error` when one of them cannot be read.
+  /// `document` is what they are part of; null when they are part of something that does not outlive this.
+  RuleList(const qelcore::json::View& array, std::shared_ptr<const qelcore::json::Document> document);
+
+  [[nodiscard]] std::size_t Size() const { return mHashes.size(); }
+
+  /// The hash of each rule, in their order.
+  [[nodiscard]] const std::vector<Guid>& Hashes() const { return mHashes; }
+
+  [[nodiscard]] bool HasFileRule() const { return mHasFileRule; }
+
+  /// Shows each rule in their order. A rule that is shown is there for as long as `visit` runs.
+  void Visit(const std::function<void(const SCRRule&)>& visit) const;
+
+ private:
+  std::shared_ptr<const qelcore::json::Document> mDocument;
+  std::vector<qelcore::json::View> mElements;               ///< of the document; empty without one
+  std::vector<std::pair<std::size_t, SCRRule>> mKeptRules;  ///< by their places, in their order
+  std::vector<Guid> mHashes;
+  bool mHasFileRule = false;
+};
+
+}  // namespace qelsystemcompatibilityreport
