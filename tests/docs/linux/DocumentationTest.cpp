@@ -39,11 +39,21 @@ class Workplace {
 
 /// Commands of `scr` run as they stand, one after the other, in a fresh directory for each block. What
 /// follows in a block of its own marked "output" is what the last of them printed. Scripts are run by
-/// `.ci/run`, the compiler by the tests of packaging.
+/// `.ci/run` or by hand, the compiler by the tests of packaging.
 TEST(DocumentationTest, CommandsRun) {
-  const std::set<std::string> scripts = {
-      "./run",    "./test", ".ci/run", ".ci/check-clang-tidy",    ".ci/check-memory", ".ci/check-threads",
-      ".ci/fuzz", "c++",    "cmake",   "QELSCR_PRESET=sanitizers"};
+  const std::set<std::string> scripts = {"./run",
+                                         "./test",
+                                         ".ci/run",
+                                         ".ci/check-clang-tidy",
+                                         ".ci/check-memory",
+                                         ".ci/check-threads",
+                                         ".ci/fuzz",
+                                         "benchmarks/first-paint",
+                                         "benchmarks/peers",
+                                         "benchmarks/processes",
+                                         "c++",
+                                         "cmake",
+                                         "QELSCR_PRESET=sanitizers"};
   int ran = 0;
   std::string output;
   for (const Block& block : Blocks()) {
