@@ -4,6 +4,7 @@
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
@@ -223,9 +224,11 @@ void UseRule(World& world) {
                               HashOf(rule) == HashOf(other), single == ranged})
       world.mResult += answer ? "1" : "0";
   });
-  const SCRRule rule{std::string(kRule)};
+  std::optional<SCRRule> made;
+  AllowFault(world, [&] { made.emplace(std::string(kRule)); });
   SCRRule::ForgetFileComponents();
-  if (!registry) return;
+  if (!registry || !made) return;
+  const SCRRule& rule = *made;
   world.mResult += std::to_string(rule.FindMatchingOSComponents(*registry).size());
   for (const auto& component : registry->GetComponentsOfType(OSComponentType::kProperty))
     world.mResult += rule.MatchesPropertyComponent(*component) ? "1" : "0";
