@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qelsystemcompatibilityreport/SCRRule.h"
@@ -98,7 +99,7 @@ std::vector<Hostile> AnsweredExpressions() {
   };
 }
 
-std::vector<Hostile> RefusedExpressions() {
+std::vector<Hostile> ExpressionsBeyondTheBounds() {
   return {
       {"a literal of 100 KB", Repeated("a", 100'000), 0, {}},
       {"ten thousand alternatives", Repeated("abc|", 10'000), 0, {}},
@@ -117,10 +118,21 @@ std::vector<Hostile> RefusedExpressions() {
       {"a tower of negated look-aheads", Repeated("(?!", 8) + "a" + Repeated(")", 8), 0, {}},
       {"a back-reference under repeats", "(a*)*\\1*\\1*z", 0, {}},
       {"a back-reference beyond all numbers", "(a)\\99999999999999999999999999", 0, {}},
+  };
+}
+
+std::vector<Hostile> MalformedExpressions() {
+  return {
       {"a bracket without an end", "[" + Repeated("a-z", 1'000), 0, {}},
       {"a class that nobody knows", "[[:" + Repeated("x", 3'000) + ":]]", 0, {}},
       {"a range the wrong way round", "[z-a]*", 0, {}},
   };
+}
+
+std::vector<Hostile> RefusedExpressions() {
+  std::vector<Hostile> expressions = ExpressionsBeyondTheBounds();
+  for (Hostile& hostile : MalformedExpressions()) expressions.push_back(std::move(hostile));
+  return expressions;
 }
 
 std::string Bytes(std::size_t length) {
@@ -182,6 +194,38 @@ TEST(HostileExpressionsTest, WhatIsBeyondTheBoundsOrMalformedIsRefused) {
       EXPECT_EQ(Ask(hostile.mExpression, text), std::nullopt) << hostile.mWhat;
     }
   }
+}
+
+TEST(HostileExpressionsTest, WhatIsBeyondTheBoundsTakesNoStepOnTextsOfAMegabyte) {
+  const std::vector<std::string> texts{std::string(1'000'000, 'a'), Bytes(1'000'000)};
+  for (const std::string& text : texts) {
+    for (const Hostile& hostile : MalformedExpressions())
+      EXPECT_EQ(Ask(hostile.mExpression, text), std::nullopt) << hostile.mWhat;
+    for (const Hostile& hostile : ExpressionsBeyondTheBounds()) {
+      EXPECT_EQ(Ask(hostile.mExpression, text), std::nullopt) << hostile.mWhat;
+      // The whole balance is left.
+      EXPECT_TRUE(ExpressionBudget::Take(200'000'000)) << hostile.mWhat;
+    }
+  }
+}
+
+TEST(HostileExpressionsTest, AllTextsOfAMatchTogetherTakeNoMoreStepsThanItsBalance) {
+  const std::string text(1'000'000, 'a');
+  std::size_t answers = 0;
+  std::size_t refusals = 0;
+  ExpressionBudget::Start();
+  testsupport::RunOnStackOfOneMebibyte([&] {
+    for (int time = 0; time < 100; ++time) {
+      try {
+        EXPECT_FALSE(qelsystemcompatibilityreport::MatchesWhole("(a|a|aa)*b", text));
+        ++answers;
+      } catch (const qelsystemcompatibilityreport::ExpressionError&) {
+        ++refusals;
+      }
+    }
+  });
+  EXPECT_GT(answers, 0U);
+  EXPECT_GT(refusals, answers) << answers << " answers";
 }
 
 /// As names of rules, and as comparisons of properties.

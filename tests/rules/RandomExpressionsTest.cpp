@@ -70,10 +70,11 @@ std::string AnyAtom(int depth, int repeats, int lookAheads) {
   if (depth > 0 && Below(3) == 0) {
     return OneOf({"(", "(?:"}) + AnyAlternatives(depth - 1, repeats, lookAheads) + ")";
   }
-  return OneOf({"a",    "b",      "-",       "1",           "B",     ".",        "[ab]",
-                "[^a]", "[a-c1]", "[-a]",    "[[:digit:]]", "[\\w]", "[^\\s]",   "[\\]b]",
-                "\\w",  "\\W",    "\\d",     "\\D",         "\\s",   "\\S",      "\\.",
-                "\\-",  "\\x61",  "\\u0062", "\\t",         "\\n",   "\xC3\xA9", "[[:alpha:]-]"});
+  return OneOf({"a",    "b",           "-",       "1",           "B",     ".",        "[ab]",
+                "[^a]", "[a-c1]",      "[-a]",    "[[:digit:]]", "[\\w]", "[^\\s]",   "[\\]b]",
+                "\\w",  "\\W",         "\\d",     "\\D",         "\\s",   "\\S",      "\\.",
+                "\\-",  "\\x61",       "\\u0062", "\\t",         "\\n",   "\xC3\xA9", "[[:alpha:]-]",
+                "\xFF", "[\x80-\xFF]", "[^\xC3]"});
 }
 
 std::string AnyPart(int depth, int repeats, int lookAheads) {
@@ -125,7 +126,12 @@ std::string AnyExpression() {
 std::string AnyText() {
   std::string text;
   for (std::size_t part = Below(8); part > 0; --part) {
-    text += OneOf({"a", "a", "a", "b", "b", "c", "-", "1", " ", "A", "\n", "."});
+    // Halves of a character, bytes that are in none, and what ends a text for C are texts like any other.
+    if (Below(8) == 0) {
+      text += static_cast<char>(Below(256));
+    } else {
+      text += OneOf({"a", "a", "a", "b", "b", "c", "-", "1", " ", "A", "\n", ".", "\xC3\xA9", "\xFF"});
+    }
   }
   return text;
 }

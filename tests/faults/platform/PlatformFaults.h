@@ -41,6 +41,10 @@ bool StopThrowing();
 /// Calls of the platform function whose name contains `name` end in `replacement`, which has its signature.
 void ReplacePlatformCall(std::string_view name, void* replacement);
 
+/// Calls of such a function from the library alone end in `answer`, which has its signature; in the
+/// platform's own when that is null.
+void AnswerPlatformCall(std::string_view name, void* answer);
+
 inline constexpr const char* kPlatformFault = "the platform cannot do it";
 
 }  // namespace testsupport

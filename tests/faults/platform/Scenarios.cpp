@@ -1,12 +1,19 @@
 #include "tests/faults/platform/Scenarios.h"
 
 #include <filesystem>
+#include <functional>
 #include <iterator>
 #include <memory>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "host/qelcore/HostSetup.h"
 #include "host/qelscripting/HostSetup.h"
+#include "platform/qelcore/Hash.h"
+#include "platform/qelcore/Json.h"
 #include "platform/qelcore/Text.h"
 #include "platform/qelnet.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
@@ -157,14 +164,147 @@ void Optimize(World& world) {
   RunAppOptimizer(SomeWindow());
 }
 
+constexpr const char* kState = "LoadPriorStateFromPrefsDir SavePriorStateToPrefsDir";
+constexpr const char* kLocation = "GetDownloadBlocklistFileLocation";
+constexpr const char* kReading = "SCRBlocklist::SCRBlocklist SCRRule::FromJSON";
+constexpr const char* kMatching =
+    "SCRBlocklist::MatchToOSComponents SCRBlocklist::NeedsRematch SCRRule::FindMatchingOSComponents "
+    "ResolveIssuesOfErrorLevel";
+constexpr const char* kRun = "RunReport `anonymous-namespace'::RunReport";
+constexpr const char* kExport = "SCRDialog::Export";
+constexpr const char* kStatistics = "LogToAnalytics";
+constexpr const char* kDownload = "DownloadBlocklistNow OnBlocklistDownloaded";
+constexpr const char* kObject = "SystemCompatibilityReportObject";
+
+/// Lets the platform's fault out of a function that hands on what its platform throws.
+void AllowFault(World& world, const std::function<void()>& body) {
+  try {
+    body();
+  } catch (const std::runtime_error& fault) {
+    if (!std::string_view(fault.what()).starts_with(kPlatformFault)) throw;
+    world.mHandedOn = fault.what();
+  }
+}
+
+constexpr const char* kRule = R"({"type":"Property","name":"memory.mb","ilt":"8192","regex":"4.*",
+  "version":"1.0","max_version":"2.0","versions":["3.0-4.0"],"error_level":"WARN","info_message":"m",
+  "dependencies":[{"type":"OS","name":"Exam.*"},{"type":"File","name":"$HOME"}]})";
+
+qelcore::Guid HashOf(const SCRRule& rule) {
+  qelcore::Guid hash;
+  qelcore::GetHashResult(rule.Hash(), hash);
+  return hash;
+}
+
+/// All that a rule can be asked for.
+void UseRule(World& world) {
+  const auto registry = qelcore::utility::OSComponentRegistry::Get(true);
+  AllowFault(world, [&] {
+    const SCRRule rule{std::string(kRule)};
+    SCRRule copy(rule);
+    SCRRule other;
+    const bool isRead = other.FromJSON(qelcore::json::Parse(kRule));
+    copy = other;
+    other = std::move(copy);
+    const std::vector<VersionRange> ranges{
+        VersionRange("1.0-2.0"), VersionRange(qelcore::utility::OSComponentVersion("3")),
+        VersionRange(qelcore::utility::OSComponentVersion("4"), qelcore::utility::OSComponentVersion("5"))};
+    const SCRRule ranged(OSComponentType::kOS, "Example OS", ranges, {}, {}, "m", "u", {},
+                         SCRRuleErrorLevel::INFO);
+    const SCRRule single(OSComponentType::kOS, "Example OS", qelcore::utility::OSComponentVersion("1"), {},
+                         {}, {}, "m", "u", {rule}, SCRRuleErrorLevel::INFO);
+    const SCRRule property(OSComponentType::kProperty, "a", rule.GetPropertyComparisons(), "m", "u", {},
+                           SCRRule::StringToErrorLevel("WARN"));
+    SCRRule::ForceMatchByNameForTesting(false);
+    SCRRule::ForceMatchByTypeForTesting(false);
+    world.mResult = qelcore::json::Serialise(rule.ToJSON()) + rule.GetID() + ranges[0].ToString() +
+                    SCRRule::ErrorLevelToString(rule.GetErrorLevel());
+    for (const bool answer : {isRead, rule == other, rule != ranged, property.IsSeriousError(),
+                              ranges[0].IsVersionInRange(qelcore::utility::OSComponentVersion("1.5")),
+                              HashOf(rule) == HashOf(other), single == ranged})
+      world.mResult += answer ? "1" : "0";
+  });
+  std::optional<SCRRule> made;
+  AllowFault(world, [&] { made.emplace(std::string(kRule)); });
+  SCRRule::ForgetFileComponents();
+  if (!registry || !made) return;
+  const SCRRule& rule = *made;
+  world.mResult += std::to_string(rule.FindMatchingOSComponents(*registry).size());
+  for (const auto& component : registry->GetComponentsOfType(OSComponentType::kProperty))
+    world.mResult += rule.MatchesPropertyComponent(*component) ? "1" : "0";
+}
+
+/// What a blocklist and its issues can be asked for besides the match.
+void UseValues(World& world) {
+  AllowFault(world, [&] {
+    const SCRBlocklist blocklist(kBlocklist);
+    SCRBlocklist copy(blocklist);
+    SCRBlocklist moved(std::move(copy));
+    copy = moved;
+    moved = std::move(copy);
+    qelcore::Guid hash;
+    qelcore::GetHashResult(moved.Hash(), hash);
+    world.mResult = hash.AsUTF8String() + (moved.Verify() ? "1" : "0");
+    const auto component = Component(OSComponentType::kOS, "Example OS", "10.0");
+    const SCRIssue issue(*component, SCRRule(std::string(kRule)));
+    const SCRIssue other(*component, SCRRule(std::string(R"({"type":"OS","name":"b"})")));
+    world.mResult += issue < other ? "1" : "0";
+    int heard = 0;
+    const ResolutionLogger logger([&](const SCRIssue&) { ++heard; }, [&](const SCRIssue&) { ++heard; },
+                                  [&](SCRRuleErrorLevel, const std::string&) { ++heard; });
+    ResolutionLogger silent;
+    silent = ResolutionLogger(logger);
+    silent.LogNewIssue(issue);
+    silent.LogExistingIssue(issue);
+    silent.LogResolvedIssue(SCRRuleErrorLevel::WARN, "gone");
+    world.mResult += std::to_string(heard);
+  });
+}
+
+/// The optimizer's steps, driven by the host itself.
+void UseSteps(World& world) {
+  AllowFault(world, [&] {
+    const auto optimization = std::make_shared<Optimization>();
+    std::vector<OptimizationState> states(1);
+    states[0].mOptimization = optimization;
+    for (const auto step : {BeginDetermineOptimizations, ContinueDetermineOptimizations,
+                            BeginAcceptOptimizations, ContinueAcceptOptimizations, BeginDefaultOptimizations,
+                            ContinueDefaultOptimizations, BeginDetermineOptimizations, CancelOptimizations})
+      world.mResult += std::to_string(static_cast<int>(step(states))) + " ";
+    const bool isOne = optimization->QueryInterface(IAppOptimization::InterfaceId()) != nullptr;
+    world.mResult += isOne && optimization->GetSelf() == optimization ? "1" : "0";
+  });
+}
+
+void UseSwitches(World& world) {
+  EnableReports(false);
+  EnableAppOptimizer(true);
+  world.mResult = Counts() + (ReportsEnabled() ? "1" : "0") + (AppOptimizerEnabled() ? "1" : "0");
+  EnableReports(true);
+  EnableAppOptimizer(false);
+  world.mResult += Counts() + (ReportsEnabled() ? "1" : "0") + (AppOptimizerEnabled() ? "1" : "0");
+}
+
 const Scenario kScenarios[] = {
-    {"RunReportToFile", RunToFile,
+    {"RunReportToFile",
+     "RunReportToFile",
+     {kState, kLocation, kReading, kMatching, kRun},
+     RunToFile,
      [](World& world) { return Counts() + world.FileText("report.txt") + StateText(world); }},
-    {"RunReportForHelp", [](World&) { RunReportForHelp(u"Example", SomeWindow()); },
+    {"RunReportForHelp",
+     "RunReportForHelp",
+     {kState, kLocation, kReading, kMatching, kRun, kExport},
+     [](World&) { RunReportForHelp(u"Example", SomeWindow()); },
      [](World& world) { return Counts() + world.FileText("saved.txt") + world.mVisited + StateText(world); }},
-    {"RunReportForStartup", [](World&) { RunReportForStartup(u"Example", SomeWindow()); },
+    {"RunReportForStartup",
+     "RunReportForStartup",
+     {kState, kLocation, kReading, kMatching, kExport, kStatistics},
+     [](World&) { RunReportForStartup(u"Example", SomeWindow()); },
      [](World& world) { return Counts() + world.FileText("saved.txt") + world.mVisited + StateText(world); }},
-    {"ShortcutAtStartup", [](World&) { RunReportForStartup(u"Example", nullptr); },
+    {"ShortcutAtStartup",
+     "RunReportForStartup",
+     {kState, kLocation, kReading, kMatching, kStatistics},
+     [](World&) { RunReportForStartup(u"Example", nullptr); },
      [](World& world) { return Counts() + StateText(world) + std::to_string(world.mToolkit.mDialogsShown); },
      [](World& world) {
        world.mHost.Files().Write(
@@ -172,21 +312,42 @@ const Scenario kScenarios[] = {
            R"({"blocklist_version":1,"blocklist":[{"type":"OS","name":"Exam.*","error_level":"INFO"}]})");
        RunToFile(world);
      }},
-    {"WithoutABlocklist", RunToFile, [](World& world) { return world.FileText("report.txt"); },
+    {"WithoutABlocklist",
+     "RunReportToFile",
+     {kState, kLocation, kRun},
+     RunToFile,
+     [](World& world) { return world.FileText("report.txt"); },
      [](World& world) {
        std::filesystem::remove_all(world.mHost.Application() / "SystemCompatibilityReport");
      }},
-    {"SetAllowDisplayReportAtStartup", [](World&) { SetAllowDisplayReportAtStartup(false); },
+    {"SetAllowDisplayReportAtStartup",
+     "SetAllowDisplayReportAtStartup",
+     {kState},
+     [](World&) { SetAllowDisplayReportAtStartup(false); },
      [](World& world) { return StateText(world); }},
     {"GetAllowDisplayReportAtStartup",
-     [](World& world) { world.mResult = GetAllowDisplayReportAtStartup() ? "yes" : "no"; }, ResultText},
-    {"DeleteReportSavedState", [](World&) { DeleteReportSavedState(); },
+     "GetAllowDisplayReportAtStartup",
+     {kState},
+     [](World& world) { world.mResult = GetAllowDisplayReportAtStartup() ? "yes" : "no"; },
+     ResultText},
+    {"DeleteReportSavedState",
+     "DeleteReportSavedState",
+     {},
+     [](World&) { DeleteReportSavedState(); },
      [](World& world) { return StateText(world); }},
-    {"LogToAnalytics", [](World&) { LogToAnalytics(); },
+    {"LogToAnalytics",
+     "LogToAnalytics",
+     {},
+     [](World&) { LogToAnalytics(); },
      [](World& world) { return std::to_string(world.mHost.mUsageEntries.size()); }},
     {"GetDownloadBlocklistURL",
-     [](World& world) { world.mResult = GetDownloadBlocklistURL("https://example.com"); }, ResultText},
+     "GetDownloadBlocklistURL",
+     {kLocation},
+     [](World& world) { world.mResult = GetDownloadBlocklistURL("https://example.com"); },
+     ResultText},
     {"DownloadBlocklistInTheBackground",
+     "DownloadBlocklistInTheBackground",
+     {kLocation, kReading, kDownload},
      [](World& world) {
        DownloadBlocklistInTheBackground("https://example.com/list", 500, [&world](DownloadResult result) {
          world.mResult += std::to_string(static_cast<int>(result)) + "\n";
@@ -198,21 +359,33 @@ const Scenario kScenarios[] = {
               world.FileText("preferences/SystemCompatibilityReport/-1.-1/win/blocklist.en_US.json");
      }},
     {"DownloadWhileOff",
+     "DownloadBlocklistInTheBackground",
+     {},
      [](World& world) {
        DownloadBlocklistInTheBackground("https://example.com/list", 0, [&world](DownloadResult result) {
          world.mResult += std::to_string(static_cast<int>(result)) + "\n";
        });
      },
-     ResultText, [](World&) { EnableReports(false); }},
+     ResultText,
+     [](World&) { EnableReports(false); }},
     {"InitOptimizationStates",
+     "InitOptimizationStates",
+     {},
      [](World& world) {
        std::vector<OptimizationState> states;
        InitOptimizationStates(states);
        world.mResult = std::to_string(states.size());
      },
      ResultText},
-    {"RunAppOptimizer", Optimize, [](World& world) { return std::to_string(world.mToolkit.mDialogsShown); }},
+    {"RunAppOptimizer",
+     "RunAppOptimizer",
+     {},
+     Optimize,
+     [](World& world) { return std::to_string(world.mToolkit.mDialogsShown); }},
     {"ABlocklist",
+     "SCRBlocklist::MatchToOSComponents SCRBlocklist::NeedsRematch SCRBlocklist::Verify "
+     "ResolveIssuesOfErrorLevel",
+     {kReading, kMatching},
      [](World& world) {
        const SCRBlocklist blocklist(kBlocklist);
        qelcore::Guid match;
@@ -226,6 +399,10 @@ const Scenario kScenarios[] = {
      },
      ResultText},
     {"CreateReport",
+     "SystemCompatibilityReportObject::SystemCompatibilityReportObject "
+     "SystemCompatibilityReportObject::CreateReport SystemCompatibilityReportObject::DefineObject "
+     "SystemCompatibilityReportObject::GetClassname SystemCompatibilityReportObject::GetDescription",
+     {kState, kLocation, kReading, kMatching, kRun, kObject},
      [](World& world) {
        const std::string path = (world.mHost.Files().Path() / "script.txt").string();
        try {
@@ -236,7 +413,46 @@ const Scenario kScenarios[] = {
        }
      },
      [](World& world) { return world.FileText("script.txt"); }},
+    {"ARule",
+     "SCRRule::SCRRule SCRRule::operator= SCRRule::FromJSON SCRRule::ToJSON SCRRule::GetID SCRRule::Hash "
+     "SCRRule::operator== SCRRule::operator!= SCRRule::GetPropertyComparisons SCRRule::IsSeriousError "
+     "SCRRule::ErrorLevelToString SCRRule::StringToErrorLevel SCRRule::FindMatchingOSComponents "
+     "SCRRule::MatchesPropertyComponent SCRRule::ForgetFileComponents SCRRule::ForceMatchByNameForTesting "
+     "SCRRule::ForceMatchByTypeForTesting VersionRange::VersionRange VersionRange::ToString "
+     "VersionRange::IsVersionInRange",
+     {},
+     UseRule,
+     ResultText},
+    {"Values",
+     "SCRBlocklist::SCRBlocklist SCRBlocklist::operator= SCRBlocklist::Hash SCRBlocklist::Verify "
+     "SCRIssue::SCRIssue SCRIssue::operator< ResolutionLogger::ResolutionLogger ResolutionLogger::operator= "
+     "ResolutionLogger::LogNewIssue ResolutionLogger::LogExistingIssue ResolutionLogger::LogResolvedIssue",
+     {kReading},
+     UseValues,
+     ResultText},
+    {"Steps",
+     "BeginDetermineOptimizations ContinueDetermineOptimizations BeginAcceptOptimizations "
+     "ContinueAcceptOptimizations BeginDefaultOptimizations ContinueDefaultOptimizations CancelOptimizations "
+     "IAppOptimization::QueryInterface IAppOptimization::InterfaceId IAppOptimization::GetSelf",
+     {},
+     UseSteps,
+     ResultText},
+    {"Switches",
+     "EnableReports ReportsEnabled EnableAppOptimizer AppOptimizerEnabled CountInfoIncompatibilities "
+     "CountWarnIncompatibilities CountErrorIncompatibilities CountFatalIncompatibilities",
+     {},
+     UseSwitches,
+     ResultText},
+    {"RegisterAppOptimization",
+     "RegisterAppOptimization",
+     {},
+     [](World& world) {
+       world.mResult = RegisterAppOptimization(std::make_shared<Optimization>()) ? "yes" : "no";
+     },
+     ResultText},
     {"RegisterTextReportCallback",
+     "RegisterTextReportCallback",
+     {},
      [](World&) {
        RegisterTextReportCallback([](qelcore::UTF8StringStream&, qelcore::filesupport::File&) {},
                                   DisplayPriority::kLast);
@@ -244,7 +460,28 @@ const Scenario kScenarios[] = {
      [](World&) { return std::string(); }},
 };
 
+/// The words of the functions, each with the library's namespace.
+std::vector<std::string> Words(std::string_view words) {
+  std::istringstream stream{std::string(words)};
+  std::vector<std::string> names;
+  for (std::string word; stream >> word;) names.push_back("qelsystemcompatibilityreport::" + word);
+  return names;
+}
+
 }  // namespace
+
+std::vector<std::string> CalledFunctions(const Scenario& scenario) {
+  return Words(scenario.mFunctions);
+}
+
+std::vector<std::string> LoggedNames(const Scenario& scenario) {
+  std::vector<std::string> names = CalledFunctions(scenario);
+  for (const char* const within : scenario.mWithin) {
+    if (within == nullptr) continue;
+    for (std::string& name : Words(within)) names.push_back(std::move(name));
+  }
+  return names;
+}
 
 const std::vector<Scenario>& Scenarios() {
   static const std::vector<Scenario> scenarios(std::begin(kScenarios), std::end(kScenarios));

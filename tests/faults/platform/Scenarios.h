@@ -2,6 +2,7 @@
 // it leaves with the platform, on a machine with an application that has just started.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -31,7 +32,8 @@ class World {
   TestHost mHost;
   RecordingUserInterface mToolkit;
   std::string mVisited;
-  std::string mResult;  ///< what the call returned
+  std::string mResult;    ///< what the call returned
+  std::string mHandedOn;  ///< the platform's fault, when a function that may throw let it through
 
  private:
   std::uint64_t mMilliseconds = 0;
@@ -41,12 +43,20 @@ struct Scenario {
   friend void PrintTo(const Scenario& scenario, std::ostream* stream) { *stream << scenario.mName; }
 
   const char* mName;
+  /// The exported functions that it calls, without the library's namespace, separated by blanks.
+  const char* mFunctions;
+  /// Those within the library that the log knows by names of their own.
+  std::array<const char*, 6> mWithin;
   void (*mCall)(World& world);
   /// What is there after the call, in words that do not differ from run to run.
   std::string (*mOutcome)(World& world);
   /// What prepares it.
   void (*mPrepare)(World& world) = [](World&) {};
 };
+
+/// The functions that it calls, and all names under which what goes wrong in it is logged; whole.
+[[nodiscard]] std::vector<std::string> CalledFunctions(const Scenario& scenario);
+[[nodiscard]] std::vector<std::string> LoggedNames(const Scenario& scenario);
 
 [[nodiscard]] const std::vector<Scenario>& Scenarios();
 
