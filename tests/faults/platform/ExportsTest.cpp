@@ -17,9 +17,10 @@ constexpr std::string_view kNamespace = "qelsystemcompatibilityreport::";
 
 /// Exported with their classes, and called by other functions of these alone.
 constexpr const char* kPrivate =
-    "SCRBlocklist::Read SCRBlocklist::ReadFromDictionary SCRBlocklist::ReadDocument SCRBlocklist::ReadRules "
+    "SCRBlocklist::Read SCRBlocklist::ReadFromDictionary SCRBlocklist::ReadDocument SCRBlocklist::Rules "
     "SCRBlocklist::ReadDefaults SCRBlocklist::GetDefaultInfoAndURL SCRBlocklist::IdentifyMatch "
-    "SCRBlocklist::FindIssues SCRRule::ReadRule SCRRule::ReadFields SCRRule::FindMatchingCandidates "
+    "SCRBlocklist::FindIssues SCRRule::Clear SCRRule::Explain SCRRule::ReadRule SCRRule::ReadFields "
+    "SCRRule::FindMatchingCandidates "
     "SCRRule::AdoptInfoIfNeeded SCRRule::DeserializeVersionFieldsFromJSON "
     "SCRRule::DeserializeProprtyFieldsFromJSON SCRRule::FindMatchingFileComponent SCRRule::MatchesVersion "
     "SCRRule::MatchesProperty SCRRule::SatisfiesComparisons";

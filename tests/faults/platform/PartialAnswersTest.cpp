@@ -79,7 +79,8 @@ TEST(PartialAnswers, ARunGoesOnWhenItsSettingsCannotBeRead) {
   const testsupport::TestHost host;
   const testsupport::RecordingUserInterface toolkit;
   qelsystemcompatibilityreport::RunReportForHelp(u"Example", nullptr);
-  EXPECT_THAT(host.mExceptionContexts, ElementsAre("qelsystemcompatibilityreport::SelectBlocklistFile"));
+  EXPECT_THAT(host.mExceptionContexts, ElementsAre("qelappsupport::IsFeatureEnabled",
+                                                   "qelsystemcompatibilityreport::SelectBlocklistFile"));
   EXPECT_EQ(toolkit.mDialogsShown, 1);
 }
 

@@ -19,7 +19,9 @@
 #include "qelsystemcompatibilityreport/AppOptimization.h"
 #include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/IssueResolution.h"
+#include "qelsystemcompatibilityreport/MatchExplanation.h"
 #include "qelsystemcompatibilityreport/SCRBlocklist.h"
+#include "qelsystemcompatibilityreport/SeparateMatching.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "qelsystemcompatibilityreport/TextReport.h"
 #include "tests/faults/platform/PlatformFaults.h"
@@ -166,6 +168,8 @@ void Optimize(World& world) {
 
 constexpr const char* kState = "LoadPriorStateFromPrefsDir SavePriorStateToPrefsDir";
 constexpr const char* kLocation = "GetDownloadBlocklistFileLocation";
+constexpr const char* kSelection =
+    "SelectBlocklistFile GetAppBlocklistFileLocation GetDownloadBlocklistFileLocation";
 constexpr const char* kReading = "SCRBlocklist::SCRBlocklist SCRRule::FromJSON";
 constexpr const char* kMatching =
     "SCRBlocklist::MatchToOSComponents SCRBlocklist::NeedsRematch SCRRule::FindMatchingOSComponents "
@@ -234,6 +238,30 @@ void UseRule(World& world) {
     world.mResult += rule.MatchesPropertyComponent(*component) ? "1" : "0";
 }
 
+/// Counts the steps that it hears of.
+class CountingObserver final : public MatchObserver {
+ public:
+  void BeginCandidate(const std::shared_ptr<OSComponent>&) override { ++mSteps; }
+  void OnName(const NameStep&) override { ++mSteps; }
+  void EndRule(std::size_t hitCount) override { mSteps += hitCount; }
+
+  std::size_t mSteps = 0;
+};
+
+/// The match as tools have it explained, on a thread that matches for itself.
+void UseExplanation(World& world) {
+  AllowFault(world, [&] {
+    const auto registry = qelcore::utility::OSComponentRegistry::Get(true);
+    const std::vector<SCRRule> rules{SCRRule(std::string(kRule))};
+    if (!registry) return;
+    const SeparateMatching separate;
+    CountingObserver observer;
+    ExplainMatch(rules[0], *registry, observer);
+    ExplainMatch(rules, *registry, observer);
+    world.mResult = std::to_string(observer.mSteps);
+  });
+}
+
 /// What a blocklist and its issues can be asked for besides the match.
 void UseValues(World& world) {
   AllowFault(world, [&] {
@@ -288,22 +316,22 @@ void UseSwitches(World& world) {
 const Scenario kScenarios[] = {
     {"RunReportToFile",
      "RunReportToFile",
-     {kState, kLocation, kReading, kMatching, kRun},
+     {kState, kSelection, kReading, kMatching, kRun},
      RunToFile,
      [](World& world) { return Counts() + world.FileText("report.txt") + StateText(world); }},
     {"RunReportForHelp",
      "RunReportForHelp",
-     {kState, kLocation, kReading, kMatching, kRun, kExport},
+     {kState, kSelection, kReading, kMatching, kRun, kExport},
      [](World&) { RunReportForHelp(u"Example", SomeWindow()); },
      [](World& world) { return Counts() + world.FileText("saved.txt") + world.mVisited + StateText(world); }},
     {"RunReportForStartup",
      "RunReportForStartup",
-     {kState, kLocation, kReading, kMatching, kExport, kStatistics},
+     {kState, kSelection, kReading, kMatching, kExport, kStatistics},
      [](World&) { RunReportForStartup(u"Example", SomeWindow()); },
      [](World& world) { return Counts() + world.FileText("saved.txt") + world.mVisited + StateText(world); }},
     {"ShortcutAtStartup",
      "RunReportForStartup",
-     {kState, kLocation, kReading, kMatching, kStatistics},
+     {kState, kSelection, kReading, kMatching, kStatistics},
      [](World&) { RunReportForStartup(u"Example", nullptr); },
      [](World& world) { return Counts() + StateText(world) + std::to_string(world.mToolkit.mDialogsShown); },
      [](World& world) {
@@ -314,7 +342,7 @@ const Scenario kScenarios[] = {
      }},
     {"WithoutABlocklist",
      "RunReportToFile",
-     {kState, kLocation, kRun},
+     {kState, kSelection, kRun},
      RunToFile,
      [](World& world) { return world.FileText("report.txt"); },
      [](World& world) {
@@ -402,7 +430,7 @@ const Scenario kScenarios[] = {
      "SystemCompatibilityReportObject::SystemCompatibilityReportObject "
      "SystemCompatibilityReportObject::CreateReport SystemCompatibilityReportObject::DefineObject "
      "SystemCompatibilityReportObject::GetClassname SystemCompatibilityReportObject::GetDescription",
-     {kState, kLocation, kReading, kMatching, kRun, kObject},
+     {kState, kSelection, kReading, kMatching, kRun, kObject},
      [](World& world) {
        const std::string path = (world.mHost.Files().Path() / "script.txt").string();
        try {
@@ -422,6 +450,11 @@ const Scenario kScenarios[] = {
      "VersionRange::IsVersionInRange",
      {},
      UseRule,
+     ResultText},
+    {"Explanation",
+     "ExplainMatch SeparateMatching::SeparateMatching",
+     {kReading, kMatching},
+     UseExplanation,
      ResultText},
     {"Values",
      "SCRBlocklist::SCRBlocklist SCRBlocklist::operator= SCRBlocklist::Hash SCRBlocklist::Verify "

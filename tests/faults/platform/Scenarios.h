@@ -42,14 +42,14 @@ class World {
 struct Scenario {
   friend void PrintTo(const Scenario& scenario, std::ostream* stream) { *stream << scenario.mName; }
 
-  const char* mName;
+  const char* mName = nullptr;
   /// The exported functions that it calls, without the library's namespace, separated by blanks.
-  const char* mFunctions;
+  const char* mFunctions = nullptr;
   /// Those within the library that the log knows by names of their own.
-  std::array<const char*, 6> mWithin;
-  void (*mCall)(World& world);
+  std::array<const char*, 6> mWithin{};
+  void (*mCall)(World& world) = nullptr;
   /// What is there after the call, in words that do not differ from run to run.
-  std::string (*mOutcome)(World& world);
+  std::string (*mOutcome)(World& world) = nullptr;
   /// What prepares it.
   void (*mPrepare)(World& world) = [](World&) {};
 };
