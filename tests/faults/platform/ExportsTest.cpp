@@ -22,8 +22,7 @@ constexpr const char* kPrivate =
     "SCRBlocklist::FindIssues SCRRule::Clear SCRRule::Explain SCRRule::ReadRule SCRRule::ReadFields "
     "SCRRule::FindMatchingCandidates "
     "SCRRule::AdoptInfoIfNeeded SCRRule::DeserializeVersionFieldsFromJSON "
-    "SCRRule::DeserializeProprtyFieldsFromJSON SCRRule::FindMatchingFileComponent SCRRule::MatchesVersion "
-    "SCRRule::MatchesProperty SCRRule::SatisfiesComparisons";
+    "SCRRule::DeserializeProprtyFieldsFromJSON SCRRule::FindMatchingFileComponent";
 
 std::string OutputOf(const std::string& command) {
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
