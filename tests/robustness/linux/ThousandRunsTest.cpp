@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,12 +11,14 @@
 
 #include "host/qelappsupport/HostSetup.h"
 #include "host/qelcore/HostSetup.h"
+#include "host/qelscripting/HostSetup.h"
 #include "platform/qelcore/Text.h"
 #include "qelsystemcompatibilityreport/AppOptimization.h"
 #include "qelsystemcompatibilityreport/BlocklistDownload.h"
 #include "qelsystemcompatibilityreport/SystemCompatibilityReport.h"
 #include "tests/support/RecordingUserInterface.h"
 #include "tests/support/TestHost.h"
+#include "tests/support/network/LoopbackServer.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 // The compiler has no header for it.
@@ -86,15 +89,20 @@ class ThousandRunsTest : public testing::Test {
          testsupport::Component(OSComponentType::kAudio, "Speakers", "5.6"),
          testsupport::Component(OSComponentType::kNetwork, "Wireless", "7"),
          testsupport::Property("memory.mb", "4096")});
-    switch (round % 3) {
+    switch (round % 4) {
       case 0:
         RunReportForStartup(u"Example", nullptr);
         break;
       case 1:
         RunReportForHelp(u"Example", testsupport::SomeWindow());
         break;
-      default:
+      case 2:
         RunReportToFile(u"Example", mReport);
+        break;
+      default:
+        qelscripting::host::RunScriptText(
+            "SystemCompatibilityReport.CreateReport([[" + qelcore::string::UTF16to8(mReport) + "]])",
+            "nightly");
     }
     SetAllowDisplayReportAtStartup(GetAllowDisplayReportAtStartup());
     static_cast<void>(GetDownloadBlocklistURL("https://example.com"));
@@ -102,6 +110,18 @@ class ThousandRunsTest : public testing::Test {
     RunAppOptimizer(testsupport::SomeWindow());
     if (round % 50 == 49) DeleteReportSavedState();
     ForgetRecords();
+  }
+
+  /// Fetches a blocklist in the background, as a host does, and returns how that ended.
+  static DownloadResult Download(const std::string& url) {
+    std::atomic<int> result = static_cast<int>(DownloadResult::DownloadRequested);
+    DownloadBlocklistInTheBackground(url, 1, [&](DownloadResult downloaded) {
+      result = static_cast<int>(downloaded);
+      qelcore::host::WakeMainThread();
+    });
+    qelcore::host::RunMainThreadUntil(
+        [&] { return result != static_cast<int>(DownloadResult::DownloadRequested); });
+    return DownloadResult{result.load()};
   }
 
   testsupport::TestHost mHost;
@@ -135,6 +155,28 @@ TEST_F(ThousandRunsTest, MemoryDoesNotGrowWithThem) {
   EXPECT_LT(after, before + 16 * kRuns / 10) << before << " bytes before";
   EXPECT_EQ(CountFatalIncompatibilities(), 1U);
   EXPECT_EQ(mToolkit.mDialogsAlive, 0);
+}
+
+TEST_F(ThousandRunsTest, NorDoesItWithDownloads) {
+  std::string list = kBlocklist;
+  const std::string texts = R"("info_message":"m","info_url":"https://example.com/")";
+  for (const char* const kind : {"Video", "Audio", "Network", "File", "Property"})
+    list.insert(list.size() - 2, std::string(",\"") + kind + "\":{" + texts + "}");
+  const testsupport::LoopbackServer server(
+      testsupport::LoopbackServer::Answering([&](const std::string& path) {
+        return path == "/list" ? testsupport::HttpAnswer("200 OK", list)
+                               : testsupport::HttpAnswer("404 Not Found", "");
+      }));
+  constexpr int kWarmUp = 50;
+  constexpr int kDownloads = 500;
+  std::uint64_t before = 0;
+  for (int round = 0; round < kWarmUp + kDownloads; ++round) {
+    if (round == kWarmUp) before = BytesInUse();
+    ASSERT_EQ(Download(server.Url("/list")), DownloadResult::DownloadSucceeded);
+    ASSERT_EQ(Download(server.Url("/missing")), DownloadResult::DownloadHttpError);
+  }
+  // What the last transfer still holds when it tells how it ended is the allowance.
+  EXPECT_LT(BytesInUse(), before + 32 * kDownloads) << before << " bytes before";
 }
 
 }  // namespace
