@@ -115,8 +115,10 @@ class RuleReader {
     for (const std::string_view key : keys) {
       const JsonMember* const member = rule.mNode->FindMember(key);
       if (member == nullptr) continue;
-      mDocument.AddToRule(mIndex, Code::kIgnoredKey, member->mKeyOffset,
-                          Quoted(key) + " has no effect: " + why, mend);
+      // The component's own version is in the hash of which the identifier is made, whatever matching reads.
+      const char* const effect =
+          key == "version" ? " changes the identifier and nothing else: " : " has no effect: ";
+      mDocument.AddToRule(mIndex, Code::kIgnoredKey, member->mKeyOffset, Quoted(key) + effect + why, mend);
     }
   }
 

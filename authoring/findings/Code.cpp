@@ -37,7 +37,7 @@ constexpr std::array kCodes{
     CodeDescription{Code::kUnknownLevel, "BL205", "unknown-level", kError,
                     "The text of a level is none of the four, and so means INFO."},
     CodeDescription{Code::kIgnoredKey, "BL206", "ignored-key", kWarning,
-                    "A key has no effect where it stands."},
+                    "A key has no effect on matches where it stands."},
     CodeDescription{Code::kNotAVersion, "BL301", "not-a-version", kError,
                     "A text is not a version, and so counts as missing."},
     CodeDescription{Code::kOpenEnd, "BL302", "open-end", kError,
