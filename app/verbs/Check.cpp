@@ -48,6 +48,9 @@ Verdict Judge(const SCRBlocklist& blocklist, std::string machine, const OSCompon
   Verdict verdict{std::move(machine), {}, {}};
   const Diagnostics diagnostics;
   verdict.mIssues = blocklist.MatchToOSComponents(registry, verdict.mMatchID);
+  if (diagnostics.HasProblemIn("qelsystemcompatibilityreport::SCRBlocklist::MatchToOSComponents")) {
+    throw UserError(verdict.mMachine + ": could not be judged: " + diagnostics.Summary());
+  }
   diagnostics.PrintProblems();
   return verdict;
 }

@@ -28,6 +28,9 @@ struct Options {
   /// The longest time, once the request is sent, without a header line or a byte of the body.
   std::chrono::milliseconds mStallTimeout{60'000};
 
+  /// The longest time of a whole request, redirects included: a server can send a byte a minute for ever.
+  std::chrono::milliseconds mTotalTimeout{3'600'000};
+
   /// The largest body, in bytes. The smaller of this and `kLargestDownloadSetting` holds; the setting alone
   /// as long as `SetOptions` has not been called.
   std::size_t mLargestBody{kUsualDownloadLimit};

@@ -66,6 +66,7 @@ void SetOptions(const Options& options) {
   Options bounded = options;
   bounded.mConnectTimeout = std::clamp(options.mConnectTimeout, kShortestTimeout, kLongestTimeout);
   bounded.mStallTimeout = std::clamp(options.mStallTimeout, kShortestTimeout, kLongestTimeout);
+  bounded.mTotalTimeout = std::clamp(options.mTotalTimeout, kShortestTimeout, kLongestTimeout);
   OptionsHolder& holder = TheOptions();
   const std::lock_guard lock(holder.mMutex);
   holder.mOptions = std::move(bounded);

@@ -51,6 +51,7 @@ void Transfer::Prepare() {
   Set(handle.get(), CURLOPT_FOLLOWLOCATION, 0L);
   Set(handle.get(), CURLOPT_HTTPHEADER, headers.get());
   Set(handle.get(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(mRequest.mOptions.mConnectTimeout.count()));
+  Set(handle.get(), CURLOPT_TIMEOUT_MS, static_cast<long>(mRequest.mOptions.mTotalTimeout.count()));
   // Signals belong to the application, and a name that is looked up slowly must not hold up the shutdown.
   Set(handle.get(), CURLOPT_NOSIGNAL, 1L);
   Set(handle.get(), CURLOPT_QUICK_EXIT, 1L);

@@ -10,7 +10,9 @@ namespace qelcore::utility::FileUtils {
 /// Expands environment placeholders inside a UTF-8 path, in place: on Linux `$NAME` and `${NAME}`, and `~` at
 /// the beginning followed by a slash or the end; on Windows `%NAME%`, and `%%` for a percent sign. Returns 0,
 /// or an error code when a name is not set or a placeholder is not closed; the path is then unchanged. Does
-/// not throw.
+/// not throw. A host may refuse more: file rules come from elsewhere, and asking for a path on the network
+/// makes the machine call whom the list names, and tell him what a placeholder stands for. The reference host
+/// refuses such paths on Windows: "\\\\server\\share", drives that stand for them, and devices.
 [[nodiscard]] QELCORE_EXPORT int ConvertEnvPath(std::string& path);
 
 /// The version of the file at a UTF-8 path as dotted text, or an empty text when there is none. On Windows,

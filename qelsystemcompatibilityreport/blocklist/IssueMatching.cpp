@@ -1,4 +1,6 @@
 // From a blocklist and a machine to issues.
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "platform/qelcore/DebugDatabase.h"
@@ -30,6 +32,10 @@ class ForcedMatching {
   ForcedMatching& operator=(const ForcedMatching&) = delete;
 };
 
+/// The most bytes of messages and links that the issues of one match may hold together. A blocklist of a
+/// megabyte can give a long text to thousands of issues, which each have their own.
+constexpr std::size_t kMostTextOfIssues = 134'217'728;
+
 /// True the first time in a process, false ever after. Not synchronised, as matching is not.
 bool TakeFirstRematchOfProcess() {
   static bool isFirst = true;
@@ -53,13 +59,20 @@ std::vector<SCRIssue> SCRBlocklist::MatchToOSComponents(const OSComponentRegistr
 std::vector<SCRIssue> SCRBlocklist::FindIssues(const OSComponentRegistry& registry) const {
   std::vector<SCRRule> rules;
   std::vector<Hit> hits;
+  std::size_t textSize = 0;
   Candidates candidates(registry);
   Rules().Visit([&](const SCRRule& rule) {
     if (rule.GetType() == OSComponentType::kInvalid) return;
     const auto components = rule.FindMatchingCandidates(candidates);
     if (components.empty()) return;
     const DefaultInfoAndURL& texts = GetDefaultInfoAndURL(rule.GetType());
-    rules.emplace_back(rule).AdoptInfoIfNeeded(texts.info_message, texts.info_url);
+    SCRRule& informed = rules.emplace_back(rule);
+    informed.AdoptInfoIfNeeded(texts.info_message, texts.info_url);
+    textSize += (informed.GetInfoMessage().size() + informed.GetInfoURL().size()) * components.size();
+    if (textSize > kMostTextOfIssues) {
+      throw std::length_error("the texts of the issues would take more than " +
+                              std::to_string(kMostTextOfIssues) + " bytes");
+    }
     for (const auto& component : components) hits.push_back({component, rules.size() - 1});
   });
   // Issues are large, so they are made when their places are known.

@@ -52,8 +52,8 @@ void RuleList::Visit(const std::function<void(const SCRRule&)>& visit) const {
       ++kept;
     } else {
       rule.Clear();
-      // It was read before.
-      static_cast<void>(rule.ReadRule(mElements[index]));
+      // It could be read before; half of a rule would hit too much.
+      if (!rule.ReadRule(mElements[index])) throw std::runtime_error(DescribeInvalidRule(index, rule));
       visit(rule);
     }
   }

@@ -35,7 +35,8 @@ class RuleList {
 
   [[nodiscard]] bool HasFileRule() const { return mHasFileRule; }
 
-  /// Shows each rule in their order. A rule that is shown is there for as long as `visit` runs.
+  /// Shows each rule in their order. A rule that is shown is there for as long as `visit` runs. Throws when
+  /// there is no memory to read a rule again, and what `visit` throws.
   void Visit(const std::function<void(const SCRRule&)>& visit) const;
 
  private:

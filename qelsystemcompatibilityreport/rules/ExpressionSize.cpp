@@ -22,6 +22,9 @@ bool IsDigit(char character) {
   return character >= '0' && character <= '9';
 }
 
+/// The engine asks every part of a bracket about every character. Ordinary brackets count as one class.
+constexpr std::size_t kBracketPartsOfAClass = 8;
+
 class Measurement {
  public:
   explicit Measurement(std::string_view expression) : mText(expression) {}
@@ -52,8 +55,7 @@ class Measurement {
         if (mOpen.size() > 1) CloseGroup();
         break;
       case '[':
-        SkipBracket();
-        ++mSize.mCharacterClasses;
+        mSize.mCharacterClasses += 1 + SkipBracket() / kBracketPartsOfAClass;
         AddAtom(1);
         break;
       case '\\':
@@ -113,11 +115,13 @@ class Measurement {
     group.mLastAtom = Add(group.mLastAtom, 1);
   }
 
-  /// From "[" to the "]" that ends it. Inside, a backslash takes the next character with it, and "[:" to
+  /// From "[" to the "]" that ends it; returns how many parts it has. Inside, a backslash takes the next
+  /// character with it, and "[:" to
   /// ":]", "[." to ".]" and "[=" to "=]" are names.
-  void SkipBracket() {
+  std::size_t SkipBracket() {
+    std::size_t parts = 0;
     ++mPlace;
-    while (mPlace < mText.size() && mText[mPlace] != ']') {
+    for (; mPlace < mText.size() && mText[mPlace] != ']'; ++parts) {
       const std::string_view rest = mText.substr(mPlace);
       if (rest.front() == '\\') {
         mPlace += 2;
@@ -131,6 +135,7 @@ class Measurement {
       }
     }
     mPlace = std::min(mPlace + 1, mText.size());
+    return parts;
   }
 
   /// "{n}", "{n,}" or "{n,m}": the atom before it is written out as often as the larger number says.

@@ -18,7 +18,7 @@ VersionRange::VersionRange(const std::string& text) : VersionRange(ReadVersionRa
 
 VersionRange ReadVersionRange(std::string_view text) {
   // Blanks only: a tab makes its piece no version.
-  std::array<char, 64> room;
+  std::array<char, 64> room{};
   std::string longText;
   if (text.find(' ') != std::string_view::npos) {
     if (text.size() > room.size()) longText.resize(text.size());

@@ -70,11 +70,22 @@ TEST(ExpressionSizeTest, CountsCharacterClasses) {
   const struct {
     const char* mExpression;
     std::size_t mClasses;
-  } rows[] = {
-      {"abc", 0}, {"[a-z][[:alpha:]]", 2}, {"\\w\\W\\d\\D\\s\\S", 6}, {"\\b\\.\\n\\\\w", 0}, {"\\", 0}};
+  } rows[] = {{"abc", 0},
+              {"[a-z][[:alpha:]]", 2},
+              {"\\w\\W\\d\\D\\s\\S", 6},
+              {"\\b\\.\\n\\\\w", 0},
+              {"\\", 0},
+              {"[A-Za-z]", 1},
+              {"[^0-9_ .]", 1},
+              {"[\\W\\W\\W\\W\\W\\W\\W\\W]", 2},
+              {"[abcdefghijklmnop]", 3}};
   for (const auto& row : rows) {
     EXPECT_EQ(MeasureExpression(row.mExpression).mCharacterClasses, row.mClasses) << row.mExpression;
   }
+  // A bracket that costs as much as hundreds of classes counts as such.
+  std::string longBracket = "[";
+  for (int part = 0; part < 2000; ++part) longBracket += "\\W";
+  EXPECT_EQ(MeasureExpression(longBracket + "]").mCharacterClasses, 251U);
 }
 
 TEST(ExpressionSizeTest, KnowsBackReferences) {

@@ -4,6 +4,7 @@
 
 #include <clocale>
 #include <string>
+#include <string_view>
 
 #include "qelsystemcompatibilityreport/rules/ExpressionBudget.h"
 #include "tests/support/SmallStack.h"
@@ -203,6 +204,23 @@ TEST(ExpressionTest, CostlyExpressionsUseUpTheBudgetOfAMatch) {
 
   qelsystemcompatibilityreport::ExpressionBudget::Start();
   EXPECT_FALSE(MatchesWhole(costly, text));
+}
+
+TEST(ExpressionTest, LongBracketsUseUpTheBudgetOfAMatch) {
+  // The engine asks each of the 2,040 parts about each character, before it finds that the last bracket is
+  // not closed.
+  std::string costly = "[";
+  for (int part = 0; part < 2040; ++part) costly += "\\W";
+  costly += "][";
+  int refused = 0;
+  for (int time = 0; time < 1000; ++time) {
+    try {
+      static_cast<void>(MatchesWhole(costly, "a"));
+    } catch (const std::regex_error& error) {
+      if (std::string_view(error.what()).find("used up the time") != std::string_view::npos) ++refused;
+    }
+  }
+  EXPECT_GT(refused, 150);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "host/qelcore/windows/KnownFolders.h"
 #include "host/qelcore/windows/LanguageName.h"
 #include "host/qelcore/windows/SystemHeaders.h"
+#include "host/qelcore/windows/SystemPath.h"
 #include "host/qelcore/windows/WideText.h"
 // Need the system's header before them.
 #include <lmcons.h>
@@ -20,6 +21,7 @@ namespace {
 constexpr int kExpanded = 0;
 constexpr int kNotSet = 1;
 constexpr int kNotClosed = 2;
+constexpr int kOnNetwork = 3;
 
 /// The value of an environment variable; nothing when it is not set.
 std::optional<std::string> FindVariable(std::string_view name) {
@@ -102,6 +104,9 @@ int ExpandEnvironment(std::string& path) {
       return kNotSet;
     }
     rest.remove_prefix(end + 1);
+  }
+  if (LiesOnNetwork(result)) {
+    return kOnNetwork;
   }
   path = std::move(result);
   return kExpanded;

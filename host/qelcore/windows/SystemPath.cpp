@@ -118,4 +118,22 @@ bool NamesDevice(const std::wstring& path) {
   return rest.starts_with(kNetworkMark) && NamesNetworkPipe(rest.substr(kNetworkMark.size()));
 }
 
+bool LiesOnNetwork(const std::string& path) {
+  std::wstring wide = ToWide(path);
+  std::replace(wide.begin(), wide.end(), L'/', L'\\');
+  std::wstring_view rest = wide;
+  if (rest.starts_with(kLongMark) || rest.starts_with(kDeviceMark)) {
+    rest.remove_prefix(kLongMark.size());
+    // "UNC" is the way to the network, and not the only one.
+    if (!StartsWithDrive(rest)) {
+      return true;
+    }
+  }
+  if (!StartsWithDrive(rest)) {
+    return rest.starts_with(kNetworkMark);
+  }
+  const std::wstring root = {rest[0], L':', L'\\'};
+  return ::GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
+}
+
 }  // namespace qelcore::host

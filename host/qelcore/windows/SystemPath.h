@@ -18,4 +18,8 @@ namespace qelcore::host {
 /// "\\server\pipe\name". To open one may have an effect or wait, so that the name must be enough.
 [[nodiscard]] bool NamesDevice(const std::wstring& path);
 
+/// Whether asking for a UTF-8 path could call another machine: "\\server\share", a drive that stands for such
+/// a place, and what names no drive behind "\\?\" or "\\.\". Asks nobody.
+[[nodiscard]] bool LiesOnNetwork(const std::string& path);
+
 }  // namespace qelcore::host

@@ -1,5 +1,7 @@
 #include <dlfcn.h>
+#include <limits.h>
 
+#include <array>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -12,16 +14,23 @@ namespace {
 
 constexpr const char* kFileName = "libqelnet_requests.so";
 
-std::filesystem::path DirectoryOfThisLibrary() {
-  Dl_info info{};
-  if (dladdr(&kFileName, &info) == 0 || info.dli_fname == nullptr) return {};
-  return std::filesystem::path(info.dli_fname).parent_path();
-}
-
 [[noreturn]] void Fail() {
   const char* const error = dlerror();
   throw std::runtime_error(std::string("nothing can be downloaded: ") +
                            (error != nullptr ? error : "unknown error"));
+}
+
+/// Where this library was when it was loaded. Its name can be relative to the directory of that moment.
+std::filesystem::path DirectoryOfThisLibrary() {
+  Dl_info info{};
+  if (dladdr(&kFileName, &info) == 0) Fail();
+  void* const self = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+  if (self == nullptr) Fail();
+  std::array<char, PATH_MAX> origin{};
+  const bool isKnown = dlinfo(self, RTLD_DI_ORIGIN, origin.data()) == 0;
+  dlclose(self);
+  if (!isKnown) Fail();
+  return origin.data();
 }
 
 Requests& Load() {

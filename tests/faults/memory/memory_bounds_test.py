@@ -155,6 +155,15 @@ class MemoryBoundsTest(unittest.TestCase):
             file.truncate(500 * MEBIBYTE)
         self.check(SMALL, (1,))
 
+    def test_a_long_text_for_many_issues(self):
+        """Each issue has its own, so that a megabyte of rules could ask for gigabytes."""
+        text = "x" * 1_000_000
+        rules = in_an_array('{"type":"OS","name":".*","versions":["0-9"]}', 1_000)
+        self.write(self.blocklist, within(
+            '{"blocklist_version":1,"default_info":{"OS":{"info_message":"' + text + '"}},"blocklist":[', rules, "]}"))
+        errors = self.expect(512, (1,), "check", self.blocklist, "--machine", self.machine)
+        self.assertIn("the texts of the issues would take more than 134217728 bytes", errors)
+
     def test_hostile_expressions_on_names_of_a_megabyte(self):
         components = (f'{{"type":"Video","name":"{name}","version":"1.0"}}' for name in NAMES)
         self.write(self.machine, within('{"components":[', [",".join(components)], "]}"))

@@ -10,6 +10,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 using testsupport::HttpAnswer;
@@ -102,6 +103,19 @@ TEST_F(Failures, ALengthOverTheLimitIsEnough) {
   // The body never comes, and the stall time-out is a minute.
   EXPECT_EQ(Fetch(server.Url("/")).mStatus, 0);
   EXPECT_THAT(Warnings(), ElementsAre("Failed: The body is larger than 67108864 bytes."));
+}
+
+TEST_F(Failures, AServerThatNeverEndsItsAnswer) {
+  qelnet::host::SetOptions({.mTotalTimeout = std::chrono::milliseconds(200)});
+  const LoopbackServer server([](ServerConnection& connection) {
+    (void)connection.ReadRequest();
+    connection.Write("HTTP/1.0 200 OK\r\n\r\n");
+    // It is never silent, and never done.
+    while (connection.Write("a")) {
+    }
+  });
+  EXPECT_EQ(Fetch(server.Url("/")).mStatus, 0);
+  EXPECT_THAT(Warnings(), ElementsAre(HasSubstr("timed out")));
 }
 
 TEST_F(Failures, TheReasonNamesTheLimit) {

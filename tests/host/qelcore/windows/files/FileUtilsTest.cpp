@@ -56,6 +56,21 @@ TEST_F(WindowsPlaceholders, AFaultLeavesThePathAlone) {
   }
 }
 
+TEST_F(WindowsPlaceholders, NothingIsAskedOfOtherMachines) {
+  for (const std::string text :
+       {R"(\\server\share\a.dll)", R"(\\%SCR_ONE%.example\share)", "//server/share", R"(\/server\share)",
+        R"(\\?\UNC\server\share)", R"(\\?\unc\server\share)", R"(\\.\UNC\server\share)",
+        R"(\\?\GLOBALROOT\Device\Mup\server\share)", R"(\\.\pipe\name)", R"(\\)"}) {
+    std::string path = text;
+    EXPECT_NE(ConvertEnvPath(path), 0) << text;
+    EXPECT_EQ(path, text);
+  }
+  for (const std::string text : {R"(\\?\C:\a.dll)", R"(C:\\server\share)", R"(\a.dll)", "a.dll", "C:a.dll"}) {
+    std::string path = text;
+    EXPECT_EQ(ConvertEnvPath(path), 0) << text;
+  }
+}
+
 class WindowsFileVersions : public testing::Test {
  protected:
   [[nodiscard]] std::string At(const std::string& name) const { return (mDirectory.Path() / name).string(); }
