@@ -26,7 +26,8 @@ void RefuseUnreadable(const std::string& path, const std::string& text, const Di
   const auto* const document = std::any_cast<json::Dictionary>(&root);
   if (document == nullptr) throw UserError(path + ": not a blocklist: it must be a JSON object");
   if (diagnostics.HasProblemIn(kReading)) {
-    throw UserError(path + ": not a blocklist: " + diagnostics.Summary());
+    throw UserError(path + ": not a blocklist: " + diagnostics.Summary() +
+                    "; an application would read an empty list");
   }
   const auto version = json::FindInteger(*document, "blocklist_version");
   if (!version || static_cast<std::uint32_t>(*version) == 0) {

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "app/Output.h"
+#include "authoring/json/TextPlaces.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Json.h"
 #include "platform/qelcore/Text.h"
@@ -25,10 +26,12 @@ std::any ParseInputFile(const std::string& path, const std::string& content) {
   qelcore::json::ParseError error;
   std::any value = qelcore::json::Parse(content, &error);
   if (!value.has_value()) {
-    const std::string place = error.mLine == 0 ? std::string()
-                                               : ", line " + std::to_string(error.mLine) + ", column " +
-                                                     std::to_string(error.mColumn);
-    throw UserError(path + place + ": not JSON: " + error.mMessage);
+    std::string message = path;
+    if (error.mLine != 0) {
+      const authoring::Place place = authoring::TextPlaces(content).AtByteColumn(error.mLine, error.mColumn);
+      message += ", line " + std::to_string(place.mLine) + ", column " + std::to_string(place.mColumn);
+    }
+    throw UserError(message + ": not JSON: " + error.mMessage);
   }
   return value;
 }

@@ -9,7 +9,8 @@ namespace app {
 /// The whole content of a file. Throws `UserError` that names the file and the reason.
 [[nodiscard]] std::string ReadInputFile(const std::string& path);
 
-/// The JSON value in a file's content. Throws `UserError` that names the file, the line and the column.
+/// The JSON value in a file's content. Throws `UserError` that names the file, the line and the column,
+/// which counts characters.
 [[nodiscard]] std::any ParseInputFile(const std::string& path, const std::string& content);
 
 }  // namespace app

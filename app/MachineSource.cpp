@@ -74,6 +74,9 @@ MachineFiles::MachineFiles(const std::vector<std::string>& paths, const std::str
     }
   }
   mCount = mPaths.size();
+  if (mCount == 0 && !list.empty()) {
+    throw UserError("--machines-from " + list + ": there is no path of a snapshot in it");
+  }
 }
 
 void MachineFiles::Add(const std::string& path) {

@@ -32,7 +32,7 @@ class MachineFiles {
  public:
   /// A directory stands for the ".json" files in it, in order of names, those of folders in it left out.
   /// `list`, if not empty, is a file with a path on each line, or "-" for standard input. Throws `UserError`
-  /// for a directory without such files and for a list that cannot be read.
+  /// for a directory without such files, for a list that cannot be read, and for one without a path.
   MachineFiles(const std::vector<std::string>& paths, const std::string& list);
 
   [[nodiscard]] std::optional<std::string> Next();

@@ -55,8 +55,10 @@ Snapshot FromJSON(const std::any& value) {
     if (const auto* const text = std::any_cast<std::string>(name->second.get())) snapshot.mName = *text;
   }
   snapshot.mRegistry = std::make_shared<const OSComponentRegistry>(ReadComponents(*components));
-  if (const json::Array* const files = json::FindArray(document, kFiles))
+  if (const json::Array* const files = json::FindArray(document, kFiles)) {
     snapshot.mFileVersions = ReadFiles(*files);
+    snapshot.mHasFiles = true;
+  }
   return snapshot;
 }
 

@@ -16,6 +16,7 @@ struct Snapshot {
   std::shared_ptr<const qelcore::utility::OSComponentRegistry> mRegistry;
   /// The whole file system of the machine as file rules see it: versions by path.
   std::map<std::string, std::string, std::less<>> mFileVersions;
+  bool mHasFiles = false;  ///< whether it says anything of files; else none exists
 };
 
 /// Reads a snapshot's text; `name` is what messages call it. Throws `UserError` that says what is wrong and

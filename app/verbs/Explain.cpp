@@ -18,6 +18,7 @@
 
 namespace app {
 
+using authoring::FileSource;
 using qelcore::utility::OSComponent;
 using qelcore::utility::OSComponentRegistry;
 using qelsystemcompatibilityreport::SCRRule;
@@ -43,8 +44,9 @@ std::set<Key> Require(const char* option, authoring::Choice<Key> choice) {
 }
 
 authoring::ExplainQuestion Ask(const Arguments& arguments, const Rules& rules,
-                               const OSComponentRegistry& registry) {
+                               const OSComponentRegistry& registry, FileSource files) {
   authoring::ExplainQuestion question;
+  question.mFiles = files;
   if (arguments.mRule) question.mRules = Require("--rule", authoring::ChooseRules(rules, *arguments.mRule));
   if (arguments.mComponent) {
     const auto names = authoring::NamesOfCandidates(rules, registry);
@@ -57,8 +59,9 @@ authoring::ExplainQuestion Ask(const Arguments& arguments, const Rules& rules,
   return question;
 }
 
-void ExplainMachine(const Arguments& arguments, const Rules& rules, const OSComponentRegistry& registry) {
-  const authoring::ExplainQuestion question = Ask(arguments, rules, registry);
+void ExplainMachine(const Arguments& arguments, const Rules& rules, const OSComponentRegistry& registry,
+                    FileSource files) {
+  const authoring::ExplainQuestion question = Ask(arguments, rules, registry, files);
   const Diagnostics diagnostics;
   const authoring::Explained explained = authoring::Explain(rules, registry, question);
   diagnostics.PrintProblems();
@@ -76,12 +79,13 @@ void Explain(const Arguments& arguments) {
   if (arguments.mMachine) {
     Snapshot snapshot = ReadSnapshot(*arguments.mMachine);
     const qelcore::host::RecordedFilesScope files(std::move(snapshot.mFileVersions));
-    ExplainMachine(arguments, rules, *snapshot.mRegistry);
+    ExplainMachine(arguments, rules, *snapshot.mRegistry,
+                   snapshot.mHasFiles ? FileSource::kRecorded : FileSource::kNotRecorded);
     return;
   }
   const auto registry = qelcore::host::ReadMachineWithoutKeeping();
   if (!registry) throw UserError("this machine's components cannot be read; --trace 1 tells why");
-  ExplainMachine(arguments, rules, *registry);
+  ExplainMachine(arguments, rules, *registry, FileSource::kDisk);
 }
 
 }  // namespace

@@ -44,9 +44,12 @@ void ListDiff::ComparePairs(const RulePairs& pairs) {
       ++mUnchanged;
       continue;
     }
-    mChanges.push_back(
-        {pair, areFieldsEqual ? std::vector<FieldChange>() : CompareFields(oldRule.mFields, newRule.mFields),
-         isIdentifierChanged, areFieldsEqual && oldRule.mOwnID != newRule.mOwnID});
+    RuleChange change{pair, {}, isIdentifierChanged, areFieldsEqual && oldRule.mOwnID != newRule.mOwnID};
+    if (!areFieldsEqual) change.mFields = CompareFields(oldRule.mFields, newRule.mFields);
+    if (!areFieldsEqual && !isIdentifierChanged) {
+      change.mKept = CompareKept(oldRule, mOldList.Texts(), newRule, mNewList.Texts());
+    }
+    mChanges.push_back(std::move(change));
   }
   std::sort(mChanges.begin(), mChanges.end(), [](const RuleChange& left, const RuleChange& right) {
     return left.mPair.mNew < right.mPair.mNew;

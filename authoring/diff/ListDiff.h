@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "authoring/diff/ComparedList.h"
+#include "authoring/diff/KeptIdentifier.h"
 #include "authoring/diff/RulePairs.h"
 
 namespace authoring {
@@ -32,6 +33,7 @@ struct RuleChange {
   std::vector<FieldChange> mFields;  ///< empty when only the place differs, or the default text that it takes
   bool mIsIdentifierChanged = false;  ///< of its issues
   bool mIsNotationChanged = false;    ///< says the same in other words, which the identifier knows
+  KeptIdentifier mKept{};             ///< of a rule whose fields were changed, and not its identifier
 };
 
 /// What an author may not expect users to notice, or not to notice.
@@ -41,6 +43,8 @@ enum class DiffWarning {
   kTextChangesIdentifier,
   kConditionChangesIdentifier,
   kChangeKeepsIdentifier,
+  kDefaultTextIsWrittenOut,
+  kTextsRunTogether,
   kListChangeIsNotSeen,
   kOnlyOrderChanged,
   kDownloadIsRefused,

@@ -9,20 +9,25 @@ namespace authoring {
 
 namespace {
 
-constexpr std::array<std::string_view, 8> kNames = {"default-text-changes-identifier",
-                                                    "notation-changes-identifier",
-                                                    "text-changes-identifier",
-                                                    "condition-changes-identifier",
-                                                    "change-keeps-identifier",
-                                                    "list-change-is-not-seen",
-                                                    "only-order-changed",
-                                                    "download-is-refused"};
+constexpr std::array<std::string_view, 10> kNames = {"default-text-changes-identifier",
+                                                     "notation-changes-identifier",
+                                                     "text-changes-identifier",
+                                                     "condition-changes-identifier",
+                                                     "change-keeps-identifier",
+                                                     "default-text-written-out",
+                                                     "texts-run-together",
+                                                     "list-change-is-not-seen",
+                                                     "only-order-changed",
+                                                     "download-is-refused"};
 
 constexpr std::array<std::string_view, 2> kTextKeys = {"info_message", "info_url"};
 
 constexpr const char* kToldAgain =
     "Users who have such an issue are told of it once more: it counts as new, and the one they know as "
     "resolved.";
+
+constexpr const char* kNotToldAnew =
+    "Users who have such an issue are not told anew, even if it is about another component now.";
 
 bool IsText(const FieldChange& change) {
   return std::find(kTextKeys.begin(), kTextKeys.end(), change.mKey) != kTextKeys.end();
@@ -45,10 +50,14 @@ void ListDiff::Warn() {
   std::vector<std::size_t> withText;
   std::vector<std::size_t> withCondition;
   std::vector<std::size_t> unseen;
+  std::vector<std::size_t> writtenOut;
+  std::vector<std::size_t> runTogether;
   for (const RuleChange& change : mChanges) {
     const std::size_t index = change.mPair.mNew;
     if (!change.mIsIdentifierChanged) {
-      if (!change.mFields.empty()) unseen.push_back(index);
+      if (change.mKept.mHasUnknownChange) unseen.push_back(index);
+      if (change.mKept.mHasDefaultTextChange) writtenOut.push_back(index);
+      if (change.mKept.mHasRunTogether) runTogether.push_back(index);
     } else if (change.mIsNotationChanged) {
       withNotation.push_back(index);
     } else if (change.mFields.empty()) {
@@ -100,7 +109,24 @@ void ListDiff::Warn() {
     warn(DiffWarning::kChangeKeepsIdentifier, std::move(unseen),
          Counted(count, "changed rule keeps its", "changed rules keep their") +
              " identifier: mask, modulus and operands are not part of it, in dependencies neither",
-         "Users who have such an issue are not told anew, even if it is about another component now.");
+         kNotToldAnew);
+  }
+  if (!writtenOut.empty()) {
+    const std::size_t count = writtenOut.size();
+    warn(DiffWarning::kDefaultTextIsWrittenOut, std::move(writtenOut),
+         Counted(count, "changed rule keeps its", "changed rules keep their") +
+             " identifier: a default text was written out in the rule, or left out of it, and the issue says "
+             "the same",
+         "Users notice nothing. A rule with texts of its own does not follow a later change of the default "
+         "text.");
+  }
+  if (!runTogether.empty()) {
+    const std::size_t count = runTogether.size();
+    warn(DiffWarning::kTextsRunTogether, std::move(runTogether),
+         Counted(count, "changed rule keeps its", "changed rules keep their") +
+             " identifier: ranges, message and link enter it one behind the other with nothing between them, "
+             "and read so they are as before",
+         kNotToldAnew);
   }
   if (!isSeen && !IsEmpty()) {
     warn(DiffWarning::kListChangeIsNotSeen, {},

@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "authoring/explain/NameNearness.h"
+
 namespace authoring {
 
 namespace {
@@ -15,6 +17,8 @@ using Indexes = std::vector<std::size_t>;
 /// More comparisons of alike rules than any list that is written by hand needs. A larger group is paired in
 /// its order.
 constexpr std::size_t kMostComparisons = 1'000'000;
+/// Likewise, of names.
+constexpr std::size_t kMostNameComparisons = 10'000;
 
 /// The rules of both lists that have a key in common.
 struct Group {
@@ -39,9 +43,8 @@ std::size_t CountEqualFields(const ListFields& left, const ListFields& right) {
   return count;
 }
 
-/// The text of everything but the name, of a rule with a message of its own; else nothing.
+/// The text of everything but the name.
 std::string WithoutName(const ComparedRule& rule) {
-  if (ValueOf(rule.mFields, "info_message").empty()) return {};
   std::string text;
   for (const auto& [key, value] : rule.mFields) {
     if (key != "name") text += key + ' ' + value + '\n';
@@ -65,7 +68,12 @@ class Pairing {
     ForEachGroup([](const ComparedRule& rule) { return rule.mKind + ' ' + rule.mName; },
                  [this](const Group& group) { PairMostAlike(group); });
     ForEachGroup(WithoutName, [this](const Group& group) {
-      if (group.mOld.size() == 1 && group.mNew.size() == 1) PairInOrder(group);
+      const bool hasMessage = !ValueOf(mOldRules[group.mOld.front()].mFields, "info_message").empty();
+      if (hasMessage && group.mOld.size() == 1 && group.mNew.size() == 1) {
+        PairInOrder(group);
+      } else {
+        PairNearNames(group);
+      }
     });
     return Result();
   }
@@ -129,6 +137,29 @@ class Pairing {
     for (const Candidate& candidate : candidates) {
       if (!mIsOldPaired[candidate.mOld] && !mIsNewPaired[candidate.mNew])
         Pair(candidate.mOld, candidate.mNew);
+    }
+  }
+
+  /// Pairs rules of which each is the only one with a name that is near the other's.
+  void PairNearNames(const Group& group) {
+    if (group.mOld.size() * group.mNew.size() > kMostNameComparisons) return;
+    std::vector<Indexes> near(group.mOld.size());
+    std::vector<std::size_t> nearOldNames(group.mNew.size(), 0);
+    std::vector<RuleName> newNames;
+    newNames.reserve(group.mNew.size());
+    for (const std::size_t index : group.mNew) newNames.emplace_back(mNewRules[index].mName);
+    for (std::size_t one = 0; one < group.mOld.size(); ++one) {
+      const RuleName oldName(mOldRules[group.mOld[one]].mName);
+      for (std::size_t other = 0; other < newNames.size(); ++other) {
+        if (!oldName.IsNearTo(newNames[other])) continue;
+        near[one].push_back(other);
+        ++nearOldNames[other];
+      }
+    }
+    for (std::size_t one = 0; one < group.mOld.size(); ++one) {
+      if (near[one].size() == 1 && nearOldNames[near[one].front()] == 1) {
+        Pair(group.mOld[one], group.mNew[near[one].front()]);
+      }
     }
   }
 

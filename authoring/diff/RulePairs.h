@@ -24,8 +24,9 @@ struct RulePairs {
 };
 
 /// Pairs the rules of two lists, each at most once: first those that are equal, then those of one identifier,
-/// then those of one kind and name, the most alike first, and last those that differ in their name alone and
-/// have a message of their own that no other has. As few pairs as possible count as moved.
+/// then those of one kind and name, the most alike first, and last those that differ in their name alone,
+/// when they have a message of their own that no other has, or when the one name is near the other and no
+/// third one is. As few pairs as possible count as moved.
 [[nodiscard]] RulePairs PairRules(const std::vector<ComparedRule>& oldRules,
                                   const std::vector<ComparedRule>& newRules);
 

@@ -22,7 +22,8 @@ constexpr std::size_t kMostOfOneRule = 3;
 class Collector : public ExplanationBuilder {
  public:
   Collector(const ExplainQuestion& question, Explained& explained)
-      : mQuestion(question),
+      : ExplanationBuilder(question.mFiles),
+        mQuestion(question),
         mExplained(explained),
         mMostHits(IsAsked() ? kMostWhenAsked : kMostHits),
         mMostMisses(IsAsked() ? kMostWhenAsked : kMostMisses) {}

@@ -22,6 +22,7 @@ struct ExplainQuestion {
   std::set<std::string> mComponents{};  ///< the names that are asked about
   bool mForcesByType = false;           ///< as the debug settings say
   bool mForcesByName = false;
+  FileSource mFiles = FileSource::kDisk;
 };
 
 /// A rule of the list, as it is told of.

@@ -28,9 +28,26 @@ using qelsystemcompatibilityreport::NameStep;
 using qelsystemcompatibilityreport::SCRPropertyOperator;
 using qelsystemcompatibilityreport::VersionRange;
 
+/// Where the files of a machine come from.
+enum class FileSource {
+  kDisk,         ///< the machine's own
+  kRecorded,     ///< a snapshot's "files", which are compared as they are written
+  kNotRecorded,  ///< a snapshot without them, for which no file exists
+};
+
 struct FileFacts {
   FileStep::Outcome mOutcome = FileStep::Outcome::kNoPath;
   std::string mPath;
+  FileSource mSource = FileSource::kDisk;
+
+  [[nodiscard]] bool IsThere() const {
+    return mOutcome == FileStep::Outcome::kFile || mOutcome == FileStep::Outcome::kDirectory;
+  }
+
+  /// Whether the file may well be on the machine: nothing is known of its files.
+  [[nodiscard]] bool IsNotRecorded() const {
+    return mSource == FileSource::kNotRecorded && mOutcome == FileStep::Outcome::kNothingThere;
+  }
 };
 
 struct VersionFacts {
@@ -52,7 +69,8 @@ struct RangeFacts {
 struct NameFacts {
   NameStep::Outcome mOutcome = NameStep::Outcome::kDiffers;
   bool mIsAside = false;
-  std::string mReason;
+  std::string mReason;  ///< why an expression is malformed or refused
+  std::string mHint{};  ///< what the rule's name is perhaps mistaken in; begins with a semicolon
 
   [[nodiscard]] bool Matches() const {
     return mOutcome == NameStep::Outcome::kEqual || mOutcome == NameStep::Outcome::kMatches;
@@ -67,6 +85,11 @@ struct ComparisonFacts {
   std::optional<std::int64_t> mIntegerValue;
   std::optional<std::int64_t> mIntegerOperand;
   std::string mReason;
+
+  /// Whether it keeps the candidate from being a hit.
+  [[nodiscard]] bool Failed() const {
+    return mOutcome != ComparisonStep::Outcome::kHolds && mOutcome != ComparisonStep::Outcome::kNotLookedAt;
+  }
 };
 
 /// How near to a hit something came. The less, the nearer.
@@ -105,7 +128,7 @@ struct Explanation {
   std::vector<RangeFacts> mRanges;  ///< of many the one that holds, or the nearest, in their order
   std::size_t mRangesLeftOut = 0;   ///< asked, and not among them
   std::optional<NameFacts> mName;
-  std::vector<ComparisonFacts> mComparisons;
+  std::vector<ComparisonFacts> mComparisons;  ///< those that were looked at first, in their order
   std::vector<DependencyFacts> mDependencies;
   std::size_t mDependenciesLeftOut = 0;    ///< asked and found, and not among them
   std::size_t mDependenciesNotAsked = 0;   ///< since an earlier test was failed

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "authoring/explain/ControlCharacters.h"
+
 namespace authoring {
 
 using qelsystemcompatibilityreport::RangeStep;
@@ -18,15 +20,10 @@ std::uint64_t Difference(std::int64_t left, std::int64_t right) {
   return static_cast<std::uint64_t>(more) - static_cast<std::uint64_t>(less);
 }
 
-bool HasFailed(const ComparisonFacts& comparison) {
-  return comparison.mOutcome != ComparisonStep::Outcome::kHolds &&
-         comparison.mOutcome != ComparisonStep::Outcome::kNotLookedAt;
-}
-
 void MeasureValue(const Explanation& candidate, Nearness& nearness) {
   nearness.mKind = Nearness::Kind::kValue;
   for (const ComparisonFacts& comparison : candidate.mComparisons) {
-    if (!HasFailed(comparison)) continue;
+    if (!comparison.Failed()) continue;
     ++nearness.mFailedComparisons;
     if (comparison.mIntegerValue && comparison.mIntegerOperand && nearness.mFailedComparisons == 1) {
       nearness.mValueDistance = Difference(*comparison.mIntegerValue, *comparison.mIntegerOperand);
@@ -87,7 +84,7 @@ void ExplanationBuilder::EndRule(std::size_t) {
 
 void ExplanationBuilder::OnFile(const FileStep& step) {
   if (!IsKept()) return;
-  FileFacts facts{step.mOutcome, step.mExpandedPath};
+  FileFacts facts{step.mOutcome, step.mExpandedPath, mFiles};
   if (mLevels.size() == 1) {
     mFile = std::move(facts);
   } else {
@@ -134,7 +131,9 @@ void ExplanationBuilder::OnRange(const RangeStep& step) {
 
 void ExplanationBuilder::OnName(const NameStep& step) {
   if (!IsKept()) return;
-  Candidate().mName = {step.mOutcome, step.mIsAside, std::string(step.mReason)};
+  NameFacts facts{step.mOutcome, step.mIsAside, std::string(step.mReason)};
+  if (!step.Matches()) facts.mHint = ControlCharacterHint("the rule's name", mLevels.back().mRule->GetName());
+  Candidate().mName = std::move(facts);
 }
 
 void ExplanationBuilder::OnComparison(const ComparisonStep& step) {
@@ -187,6 +186,11 @@ void ExplanationBuilder::EndCandidate(MatchVerdict verdict) {
   }
   Explanation& candidate = Candidate();
   candidate.mVerdict = verdict;
+  // Beside comparisons of texts those of integers are told first, since they are left out at once.
+  std::stable_partition(candidate.mComparisons.begin(), candidate.mComparisons.end(),
+                        [](const ComparisonFacts& comparison) {
+                          return comparison.mOutcome != ComparisonStep::Outcome::kNotLookedAt;
+                        });
   candidate.mDependenciesNotAsked = mLevels.back().mRule->GetDependencies().size() -
                                     candidate.mDependencies.size() - candidate.mDependenciesLeftOut;
   candidate.mNearness = Measure(candidate);

@@ -25,6 +25,9 @@ class ExplanationBuilder : public qelsystemcompatibilityreport::MatchObserver {
   /// Dependencies of dependencies.
   static constexpr std::size_t kDeepest = 20;
 
+  /// `files` is where the machine's come from.
+  explicit ExplanationBuilder(FileSource files = FileSource::kDisk) : mFiles(files) {}
+
   bool BeginRule(std::size_t index, const qelsystemcompatibilityreport::SCRRule& rule) override;
   void EndRule(std::size_t hitCount) override;
   void OnFile(const qelsystemcompatibilityreport::FileStep& step) override;
@@ -71,6 +74,7 @@ class ExplanationBuilder : public qelsystemcompatibilityreport::MatchObserver {
   [[nodiscard]] Nearness Measure(const Explanation& candidate) const;
   void KeepNearest(DependencyFacts& dependency, Explanation& candidate);
 
+  FileSource mFiles;
   std::size_t mRuleIndex = 0;
   std::optional<RuleName> mName;
   std::optional<FileFacts> mFile;

@@ -97,7 +97,7 @@ std::string NameOf(const Nearness& nearness) {
 json::Dictionary WriteFile(const FileFacts& file) {
   json::Dictionary step = Step("path");
   json::Set(step, "path", file.mPath);
-  json::Set(step, "outcome", NameOf(file.mOutcome));
+  json::Set(step, "outcome", file.IsNotRecorded() ? std::string("not_recorded") : NameOf(file.mOutcome));
   return step;
 }
 

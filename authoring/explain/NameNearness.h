@@ -32,6 +32,9 @@ class RuleName {
   /// characters of the longer name differ. Of an expression the text without its signs is compared.
   [[nodiscard]] std::optional<NameNearness> NearnessTo(std::string_view component) const;
 
+  /// Whether another rule's name is near in the same way.
+  [[nodiscard]] bool IsNearTo(const RuleName& other) const { return NearnessTo(other.mText).has_value(); }
+
   /// What to write for a name that is near, so that it matches: a sentence.
   [[nodiscard]] std::string Advice(const std::string& component) const;
 

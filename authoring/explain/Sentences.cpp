@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "authoring/explain/ControlCharacters.h"
 #include "authoring/model/Matcher.h"
 #include "authoring/model/NameShape.h"
 #include "authoring/model/Words.h"
@@ -23,11 +24,8 @@ std::string Side(const std::string& text, const std::optional<std::int64_t>& int
 }
 
 const ComparisonFacts* FirstFailed(const Explanation& miss) {
-  const auto failed =
-      std::find_if(miss.mComparisons.begin(), miss.mComparisons.end(), [](const ComparisonFacts& comparison) {
-        return comparison.mOutcome != ComparisonStep::Outcome::kHolds &&
-               comparison.mOutcome != ComparisonStep::Outcome::kNotLookedAt;
-      });
+  const auto failed = std::find_if(miss.mComparisons.begin(), miss.mComparisons.end(),
+                                   [](const ComparisonFacts& comparison) { return comparison.Failed(); });
   return failed == miss.mComparisons.end() ? nullptr : &*failed;
 }
 
@@ -62,20 +60,12 @@ std::string DescribeNameMiss(const Explanation& miss) {
     case NameStep::Outcome::kDiffers:
       break;
   }
-  return "the name does not match";
+  return "the name does not match" + name.mHint;
 }
 
 std::string DescribeValueMiss(const Explanation& miss) {
   const ComparisonFacts* const failed = FirstFailed(miss);
-  if (failed == nullptr) return "the value does not satisfy the comparisons";
-  const std::string key = Quoted(KeyOfOperator(failed->mOperator));
-  if (failed->mOutcome == ComparisonStep::Outcome::kMalformed) {
-    return "the operand of " + key + " is no expression: " + ReasonOf(failed->mReason);
-  }
-  if (failed->mOutcome == ComparisonStep::Outcome::kRefused) {
-    return "the operand of " + key + " is refused as an expression: " + ReasonOf(failed->mReason);
-  }
-  return "the value " + Side(failed->mValue, failed->mIntegerValue) + " is not " + DescribeDemand(*failed);
+  return failed == nullptr ? "the value does not satisfy the comparisons" : DescribeFailure(*failed);
 }
 
 /// An interval that holds the version, made of the nearest one.
@@ -106,9 +96,8 @@ std::string DescribeWayToName(const ToldExplanation& miss) {
   switch (miss.mSteps.mName->mOutcome) {
     case NameStep::Outcome::kMalformed:
     case NameStep::Outcome::kRefused:
-      return "the name is an expression that \"scr lint\" finds nothing wrong with; to mean the text as it "
-             "stands, " +
-             AsJson("^" + Escape(miss.mRule.mName) + "$");
+      return "the name is the component's whole name, " + AsJson(component) +
+             ", or an expression for all of it that \"scr lint\" finds nothing wrong with";
     case NameStep::Outcome::kComponentHasNone:
       return "the component has a name";
     default:
@@ -121,17 +110,35 @@ std::string DescribeWayToName(const ToldExplanation& miss) {
 }
 
 std::string DescribeWayToValue(const Explanation& miss) {
-  const ComparisonFacts* const failed = FirstFailed(miss);
-  if (failed == nullptr) return {};
-  if (failed->mOutcome != ComparisonStep::Outcome::kFails) {
-    return "the operand is an expression that \"scr lint\" finds nothing wrong with";
-  }
-  std::string way;
+  std::string demands;
+  std::string others;
   for (const ComparisonFacts& comparison : miss.mComparisons) {
-    if (comparison.mOutcome != ComparisonStep::Outcome::kFails) continue;
-    way += (way.empty() ? "the value is " : " and ") + DescribeDemand(comparison);
+    if (!comparison.Failed()) continue;
+    if (comparison.mOutcome == ComparisonStep::Outcome::kFails) {
+      demands += (demands.empty() ? "the value is " : " and ") + DescribeDemand(comparison);
+    } else {
+      others += std::string(others.empty() ? "" : ", and ") + "the operand of " +
+                Quoted(KeyOfOperator(comparison.mOperator)) +
+                " is an expression that \"scr lint\" finds nothing wrong with, and matches the whole value";
+    }
   }
-  return way;
+  return demands + (demands.empty() || others.empty() ? "" : ", and ") + others;
+}
+
+std::string DescribeNothingThere(const FileFacts& file) {
+  const std::string path = Quoted(file.mPath);
+  switch (file.mSource) {
+    case FileSource::kNotRecorded:
+      return "not known: the snapshot has no \"files\", so " + path + " counts as not there";
+    case FileSource::kRecorded:
+      break;
+    case FileSource::kDisk:
+      return "there is no file or directory " + path;
+  }
+  const bool hasPlaceholder =
+      file.mPath.find_first_of("%$") != std::string::npos || file.mPath.starts_with('~');
+  return "the snapshot's \"files\" have no " + path +
+         (hasPlaceholder ? "; they have to write a placeholder as the rule does" : "");
 }
 
 }  // namespace
@@ -179,6 +186,20 @@ std::string DescribeDemand(const ComparisonFacts& comparison) {
   return "one that the expression " + operand + " matches as a whole";
 }
 
+std::string DescribeFailure(const ComparisonFacts& comparison) {
+  const std::string operand = "the operand of " + Quoted(KeyOfOperator(comparison.mOperator));
+  switch (comparison.mOutcome) {
+    case ComparisonStep::Outcome::kMalformed:
+      return operand + " is no expression: " + ReasonOf(comparison.mReason);
+    case ComparisonStep::Outcome::kRefused:
+      return operand + " is refused as an expression: " + ReasonOf(comparison.mReason);
+    default:
+      break;
+  }
+  return "the value " + Side(comparison.mValue, comparison.mIntegerValue) + " is not " +
+         DescribeDemand(comparison) + ControlCharacterHint("the operand", comparison.mOperand);
+}
+
 std::string DescribeMiss(const Explanation& miss) {
   switch (miss.mVerdict) {
     case MatchVerdict::kHit:
@@ -195,7 +216,10 @@ std::string DescribeMiss(const Explanation& miss) {
       const DependencyFacts& dependency = miss.mDependencies.back();
       return "dependency " + std::to_string(dependency.mIndex) + ", [" +
              ComponentTypeToString(dependency.mType) + "] " + Quoted(dependency.mName) +
-             ", finds nothing on the machine";
+             ", finds nothing on the machine" +
+             (dependency.mFile && dependency.mFile->IsNotRecorded()
+                  ? "; the snapshot has no \"files\", so no file is there"
+                  : "");
     }
   }
   return {};
@@ -236,7 +260,7 @@ std::string DescribeFile(const FileFacts& file) {
     case FileStep::Outcome::kUnknownPlaceholder:
       return "a placeholder of " + Quoted(file.mPath) + " is not set on this machine, or not closed";
     case FileStep::Outcome::kNothingThere:
-      return "there is no file or directory " + Quoted(file.mPath);
+      return DescribeNothingThere(file) + ControlCharacterHint("the path", file.mPath);
     case FileStep::Outcome::kDirectory:
       return Quoted(file.mPath) + " is a directory, which has no version";
     case FileStep::Outcome::kFile:

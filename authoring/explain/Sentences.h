@@ -17,6 +17,9 @@ namespace authoring {
 /// What the rule asks the value to be: "at least 16".
 [[nodiscard]] std::string DescribeDemand(const ComparisonFacts& comparison);
 
+/// Why a comparison fails, without a full stop: "the value 8192 is not less than 4096".
+[[nodiscard]] std::string DescribeFailure(const ComparisonFacts& comparison);
+
 /// Why a candidate is missed, without a full stop: "0.0.5.4601 is above 0.0.5.4000". Empty for a hit.
 [[nodiscard]] std::string DescribeMiss(const Explanation& miss);
 

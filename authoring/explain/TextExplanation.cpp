@@ -64,9 +64,7 @@ class TextWriter {
   }
 
   void WriteFile(const FileFacts& file) {
-    const bool isThere =
-        file.mOutcome == FileStep::Outcome::kFile || file.mOutcome == FileStep::Outcome::kDirectory;
-    AddStep(isThere ? kPassed : kFailed, "path", DescribeFile(file));
+    AddStep(file.IsThere() ? kPassed : kFailed, "path", DescribeFile(file));
   }
 
   void WriteSteps(const Explanation& steps) {
@@ -122,6 +120,7 @@ class TextWriter {
         text = steps.mComponent->GetType() == OSComponentType::kProperty
                    ? "another one"
                    : "another one, and as an expression the rule's does not match all of it";
+        text += name.mHint;
         break;
       default:
         text = DescribeMiss(steps);
@@ -144,7 +143,7 @@ class TextWriter {
         break;
       case ComparisonStep::Outcome::kMalformed:
       case ComparisonStep::Outcome::kRefused:
-        AddStep(kFailed, subject, DescribeMiss(steps));
+        AddStep(kFailed, subject, DescribeFailure(comparison));
         break;
       case ComparisonStep::Outcome::kNotLookedAt:
         AddStep(kNotMade, subject,

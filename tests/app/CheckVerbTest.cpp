@@ -139,7 +139,10 @@ TEST_F(CheckVerbTest, CheckRefusesBadInput) {
       {R"({"blocklist_version": 0, "blocklist": []})", "\"blocklist_version\" is missing or 0"},
       {R"({"blocklist_version": "1"})", "not a blocklist"},
       {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a"}, {"type": "Vidoe", "name": "b"}]})",
-       "element 1 of \"blocklist\" is not a valid rule: \"name\" or \"type\" is missing or wrong"},
+       "element 1 of \"blocklist\" is not a valid rule: \"name\" or \"type\" is missing or wrong, or "
+       "\"version\" is not a text; an application would read an empty list"},
+      // As scr lint counts: a character of several bytes is one column.
+      {"{\"comment\": \"äöü\" x}", "bad.json, line 1, column 19: not JSON"},
       {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a", "versions": "1"}]})",
        "\"versions\" is"},
       {R"({"blocklist_version": 1, "blocklist": [{"type": "OS", "name": "a", "osblc_version": 0}]})",

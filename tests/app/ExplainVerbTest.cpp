@@ -64,7 +64,7 @@ TEST_F(ExplainVerbTest, OneRuleByNumberOrIdentifier) {
   EXPECT_EQ(byNumber.mOutput, machine + R"(: 0 hits, 0 near misses, 0 other misses
 
 MISS  rule 3 "/opt/missing.so"
-      NO  path          there is no file or directory "/opt/missing.so"
+      NO  path          the snapshot's "files" have no "/opt/missing.so"
 )");
   // As `scr check` prints it.
   const auto checked = Scr({"check", list, "--machine", machine});
@@ -93,6 +93,20 @@ TEST_F(ExplainVerbTest, OneComponentByNameOrPartOfIt) {
   const auto both = Scr({"explain", list, "--machine", machine, "--component", "Intel", "--rule", "0"});
   EXPECT_NE(both.mOutput.find("MISS  rule 0 \"^NVIDIA .*$\" on [Video] Intel(R) UHD"), std::string::npos)
       << both.mOutput;
+}
+
+/// What scr components --json writes says nothing of files, and that is what explain says.
+TEST_F(ExplainVerbTest, ASnapshotWithoutFiles) {
+  const std::string list = WriteList(kRules);
+  const std::string machine = Write("bare.json", R"({"components": []})");
+  const auto result = Scr({"explain", list, "--machine", machine, "--rule", "3"});
+  EXPECT_EQ(result.mOutput, machine + R"(: 0 hits, 0 near misses, 0 other misses
+
+MISS  rule 3 "/opt/missing.so"
+      NO  path          not known: the snapshot has no "files", so "/opt/missing.so" counts as not there
+)");
+  const auto asJSON = Scr({"explain", list, "--machine", machine, "--rule", "3", "--json"});
+  EXPECT_NE(asJSON.mOutput.find(R"("outcome":"not_recorded")"), std::string::npos) << asJSON.mOutput;
 }
 
 TEST_F(ExplainVerbTest, WritesJSON) {

@@ -117,6 +117,48 @@ TEST(ListDiffTest, OperandsOfPropertiesKeepTheIdentifier) {
   EXPECT_EQ(Warnings(lists.mDiff), (Texts{"change-keeps-identifier", "list-change-is-not-seen"}));
 }
 
+/// The reason is what was changed.
+TEST(ListDiffTest, WhyAnIdentifierIsKept) {
+  const struct {
+    const char* mOld;  ///< what stands in the rule behind its name and type
+    const char* mNew;
+    Texts mWarnings;
+  } rows[] = {
+      {"",
+       R"(, "info_message": "About it.", "info_url": "https://example.com/")",
+       {"default-text-written-out"}},
+      {R"(, "info_message": "About it.", "info_url": "https://example.com/")",
+       "",
+       {"default-text-written-out"}},
+      {"",
+       R"(, "info_message": "About it.", "info_url": "https://example.com/", "version_mask": "1")",
+       {"change-keeps-identifier", "default-text-written-out"}},
+      {R"(, "versions": [])", R"(, "versions": [""])", {"texts-run-together", "list-change-is-not-seen"}},
+      {R"(, "versions": ["1.0", "-5.0"])",
+       R"(, "versions": ["1.0-5.0"])",
+       {"texts-run-together", "list-change-is-not-seen"}},
+      {R"(, "info_message": "a", "info_url": "bc")",
+       R"(, "info_message": "ab", "info_url": "c")",
+       {"texts-run-together", "list-change-is-not-seen"}},
+      {R"(, "versions": [], "version_mask": "1")",
+       R"(, "versions": [""], "version_mask": "2")",
+       {"change-keeps-identifier", "texts-run-together", "list-change-is-not-seen"}},
+      {R"(, "dependencies": [{"name": "D", "type": "OS", "versions": []}])",
+       R"(, "dependencies": [{"name": "D", "type": "OS", "versions": [""]}])",
+       {"texts-run-together", "list-change-is-not-seen"}},
+      {R"(, "dependencies": [{"name": "D", "type": "Property", "eq": "1"}])",
+       R"(, "dependencies": [{"name": "D", "type": "Property", "ne": "1"}])",
+       {"change-keeps-identifier", "list-change-is-not-seen"}},
+  };
+  for (const auto& row : rows) {
+    const std::string start = R"({"name": "A", "type": "Video")";
+    const DiffedLists lists = DiffRules(start + row.mOld + "}", start + row.mNew + "}");
+    ASSERT_EQ(lists.mDiff.Changes().size(), 1U) << row.mNew;
+    EXPECT_FALSE(lists.mDiff.Changes().front().mIsIdentifierChanged) << row.mNew;
+    EXPECT_EQ(Warnings(lists.mDiff), row.mWarnings) << row.mNew;
+  }
+}
+
 /// The list is another one for the test because of the other rule, so users learn of both.
 TEST(ListDiffTest, AnUnseenChangeIsSeenWithAnother) {
   const DiffedLists lists =

@@ -110,7 +110,11 @@ TEST_F(ExplainOutputsTest, WhyAndWhenEveryKindOfMiss) {
        R"(the name is the component's whole name, "Windows", or an expression for all of it, such as "^.*Wind.*$")"},
       {R"("type":"OS","name":"(a)\\1")",
        "by name: the rule's name is refused as an expression: too complex: it refers back to a group",
-       R"(the name is an expression that "scr lint" finds nothing wrong with; to mean the text as it stands, "^\\(a\\)\\\\1$")"},
+       R"(the name is the component's whole name, "Windows", or an expression for all of it that "scr lint" finds nothing wrong with)"},
+      {R"("type":"OS","name":"^\bWindows$")",
+       "by name: the name does not match; the rule's name holds the control character U+0008, which is what "
+       "JSON means by \"\\b\": write \"\\\\b\" for a backslash and the letter",
+       R"(the name is the component's whole name, "Windows")"},
       {R"("type":"OS","name":"")", "by name: the rule has no name",
        R"(the name is the component's whole name, "Windows")"},
       {R"("type":"Property","name":"memory.*")", "by name: the name does not match",
@@ -122,7 +126,15 @@ TEST_F(ExplainOutputsTest, WhyAndWhenEveryKindOfMiss) {
        R"(the value is equal to "9" and other than "8192 MB")"},
       {R"("type":"Property","name":"memory.mb","regex":"(a)\\1")",
        R"(by value: the operand of "regex" is refused as an expression: too complex: it refers back to a group)",
-       R"(the operand is an expression that "scr lint" finds nothing wrong with)"},
+       R"(the operand of "regex" is an expression that "scr lint" finds nothing wrong with, and matches the whole value)"},
+      {R"("type":"Property","name":"memory.mb","eq":"z","regex":"(")",
+       R"(by value: the value "8192 MB" is not equal to "z")",
+       R"(the value is equal to "z", and the operand of "regex" is an expression that "scr lint" finds nothing wrong with, and matches the whole value)"},
+      {R"("type":"Property","name":"memory.mb","regex":"8192\u0001.*")",
+       "by value: the value \"8192 MB\" is not one that the expression \"8192\x01.*\" matches as a whole; "
+       "the "
+       "operand holds the control character U+0001",
+       "the value is one that the expression \"8192\x01.*\" matches as a whole"},
       {R"("type":"OS","name":"Windows","dependencies":[{"type":"Audio","name":"x"}])",
        R"(by dependency: dependency 0, [Audio] "x", finds nothing on the machine)",
        "the machine has what the dependency asks for"},
@@ -144,11 +156,20 @@ TEST_F(ExplainOutputsTest, ComparisonsThatAreNotLookedAt) {
 
 HIT   rule 0 "memory.mb" on [Property] memory.mb : 8192 MB
       ok  name          the same
-      --  ieq           "1" is not looked at: comparisons of texts decide alone
       ok  eq            "8192 MB" is equal to "8192 MB"
+      --  ieq           "1" is not looked at: comparisons of texts decide alone
 )");
   EXPECT_EQ(Text(R"({"type":"Property","name":"memory.mb","ieq":"1","igt":"2"})", mMachine)[6],
             R"(      --  igt           "2" is not looked at: an earlier one has failed)");
+}
+
+/// Each comparison says of itself why it fails.
+TEST_F(ExplainOutputsTest, AMalformedOperandBesideAComparisonThatFails) {
+  const Texts lines = Text(R"({"type":"Property","name":"memory.mb","eq":"z","regex":"("})", mMachine);
+  ASSERT_EQ(lines.size(), 8U);
+  EXPECT_EQ(lines[5], R"(      NO  eq            "8192 MB" is not equal to "z")");
+  EXPECT_EQ(lines[6].rfind(R"(      NO  regex         the operand of "regex" is no expression: )", 0), 0U)
+      << lines[6];
 }
 
 TEST_F(ExplainOutputsTest, AVersionThatIsNotKnown) {
@@ -175,6 +196,63 @@ MISS  rule 0 "x"
 MISS  rule 0 "/opt/x.so"
       NO  path          there is no file or directory "/opt/x.so"
 )");
+}
+
+/// The line about the path, and its outcome in JSON.
+TEST_F(ExplainOutputsTest, FilesOfASnapshot) {
+  using authoring::FileSource;
+  const struct {
+    const char* mPath;
+    FileSource mFiles;
+    const char* mLine;
+    const char* mOutcome;
+  } rows[] = {
+      {R"(/opt/x.so)", FileSource::kNotRecorded,
+       R"(not known: the snapshot has no "files", so "/opt/x.so" counts as not there)", "not_recorded"},
+      {R"(/opt/x.so)", FileSource::kRecorded, R"(the snapshot's "files" have no "/opt/x.so")",
+       "nothing_there"},
+      {R"(%SystemRoot%\\x.dll)", FileSource::kRecorded,
+       R"(the snapshot's "files" have no "%SystemRoot%\x.dll"; they have to write a placeholder as the rule does)",
+       "nothing_there"},
+      {R"(~/x)", FileSource::kRecorded,
+       R"(the snapshot's "files" have no "~/x"; they have to write a placeholder as the rule does)",
+       "nothing_there"},
+      {R"(C:\temp)", FileSource::kRecorded,
+       "the snapshot's \"files\" have no \"C:\temp\"; the path holds the control character U+0009, which is "
+       "what "
+       "JSON means by \"\\t\": write \"\\\\t\" for a backslash and the letter",
+       "nothing_there"},
+  };
+  const std::map<std::string, std::string, std::less<>> none;
+  const qelcore::host::RecordedFilesScope files(none);
+  for (const auto& row : rows) {
+    SCRRule::ForgetFileComponents();
+    const auto explained = authoring::Explain(
+        {ReadRule(R"({"type":"File","name":")" + std::string(row.mPath) + "\"}")},
+        OSComponentRegistry(Components()), ExplainQuestion{.mRules = {0}, .mFiles = row.mFiles});
+    EXPECT_EQ(authoring::DescribeAsText(explained, {"list.json", "here"}).back(),
+              "      NO  path          " + std::string(row.mLine))
+        << row.mPath;
+    const std::any value = json::Parse(authoring::WriteJson(explained, {"list.json", "here"}));
+    const json::Array& rules = *json::FindArray(json::AsDictionary(value), "without_candidates");
+    const json::Dictionary& path = *json::FindDictionary(json::AsDictionary(rules.at(0)), "path");
+    EXPECT_EQ(*json::FindText(path, "outcome"), row.mOutcome) << row.mPath;
+  }
+}
+
+TEST_F(ExplainOutputsTest, ADependencyOnAFileOfASnapshotWithoutFiles) {
+  SCRRule::ForgetFileComponents();
+  const std::map<std::string, std::string, std::less<>> none;
+  const qelcore::host::RecordedFilesScope files(none);
+  const auto explained = authoring::Explain(
+      {ReadRule(R"({"type":"OS","name":"Windows","dependencies":[{"type":"File","name":"/opt/x.so"}]})")},
+      OSComponentRegistry(mMachine), ExplainQuestion{.mFiles = authoring::FileSource::kNotRecorded});
+  const Texts lines = authoring::DescribeAsText(explained, {"list.json", "here"});
+  ASSERT_GE(lines.size(), 4U);
+  EXPECT_EQ(
+      lines[3],
+      "      by dependency: dependency 0, [File] \"/opt/x.so\", finds nothing on the machine; the snapshot "
+      "has no \"files\", so no file is there");
 }
 
 TEST_F(ExplainOutputsTest, FilesHaveTheirPath) {
