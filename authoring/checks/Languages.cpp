@@ -172,8 +172,8 @@ class RuleComparison {
   }
 
   void TellMissing(std::size_t expected, std::size_t index) {
-    const JsonNode& place = index < mActual.size() ? *mDocument.Rules()[index].mNode : *mDocument.Root();
-    mDocument.Add(Code::kLanguagesDiffer, place.mOffset,
+    const JsonNode* const place = index < mActual.size() ? mDocument.Rules()[index].mNode : mDocument.Root();
+    mDocument.Add(Code::kLanguagesDiffer, place == nullptr ? 0 : place->mOffset,
                   "rule " + std::to_string(expected) + ' ' + Quoted(mReference.Rules()[expected].mName) +
                       " of " + mReference.Path() + " is missing " +
                       (index < mActual.size() ? "before this one" : "at the end"),
