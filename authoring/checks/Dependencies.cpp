@@ -3,11 +3,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "authoring/checks/Checks.h"
 #include "authoring/model/Comparisons.h"
 #include "authoring/model/KnownKeys.h"
+#include "authoring/model/KnownSystems.h"
 #include "authoring/model/VersionSpan.h"
 #include "authoring/model/Words.h"
 
@@ -15,8 +18,12 @@ namespace authoring {
 
 namespace {
 
-/// Systems of which a machine runs one.
-constexpr std::string_view kKernels[] = {"Windows", "Linux", "FreeBSD"};
+/// Kernels beside Windows, of which a machine runs one. Beside its kernel such a machine lists its
+/// distribution.
+constexpr std::string_view kKernels[] = {"Linux", "FreeBSD"};
+
+/// What is known of names of systems, each of which is looked at once.
+using SystemsByName = std::unordered_map<std::string, SystemsOfName>;
 
 /// What all that a rule asks for says about one component of the machine.
 struct Demand {
@@ -28,7 +35,8 @@ struct Demand {
 /// machine has one of each name.
 class DemandCheck {
  public:
-  DemandCheck(Document& document, std::size_t index) : mDocument(document), mIndex(index) {}
+  DemandCheck(Document& document, SystemsByName& systems, std::size_t index)
+      : mDocument(document), mSystemsByName(systems), mIndex(index) {}
 
   void Run() {
     const RuleElement& rule = mDocument.Rules()[mIndex];
@@ -68,13 +76,18 @@ class DemandCheck {
       demand.mValues = values;
       return true;
     }
-    const bool wasEmpty = demand.mValues->AreEmpty();
-    demand.mValues->Intersect(values);
     // What contradicts itself is told elsewhere.
-    return wasEmpty || values.AreEmpty() || !demand.mValues->AreEmpty();
+    const bool wereEmpty = AreImpossible(*demand.mValues) || AreImpossible(values);
+    demand.mValues->Intersect(values);
+    return wereEmpty || !AreImpossible(*demand.mValues);
+  }
+
+  static bool AreImpossible(const ComparedValues& values) {
+    return values.AreEmpty() || values.FindContradiction().has_value();
   }
 
   bool AddSystem(const RuleElement& rule) {
+    if (!AddWindows(rule)) return false;
     if (Contains(kKernels, rule.mName)) {
       if (mKernel.empty()) mKernel = rule.mName;
       mOther = "that the system is " + Quoted(mKernel);
@@ -91,6 +104,18 @@ class DemandCheck {
     return !place->second.mSpans.empty();
   }
 
+  /// False when one condition asks for Windows and another for what no Windows is.
+  bool AddWindows(const RuleElement& rule) {
+    const auto [place, isNew] = mSystemsByName.try_emplace(rule.mName);
+    if (isNew) place->second = SystemsOf(rule.mName);
+    const SystemsOfName& systems = place->second;
+    if (!systems.mMayBeWindows && mNotWindows.empty()) mNotWindows = rule.mName;
+    if (!systems.mMayBeAnother && mWindows.empty()) mWindows = rule.mName;
+    if (mWindows.empty() || mNotWindows.empty()) return true;
+    mOther = "that the system is " + Quoted(mWindows == rule.mName ? mNotWindows : mWindows);
+    return false;
+  }
+
   static std::vector<VersionSpan> Intersect(const std::vector<VersionSpan>& left,
                                             const std::vector<VersionSpan>& right) {
     std::vector<VersionSpan> both;
@@ -104,18 +129,22 @@ class DemandCheck {
   }
 
   Document& mDocument;
+  SystemsByName& mSystemsByName;
   std::size_t mIndex;
   std::map<std::string, Demand, std::less<>> mSystems;
   std::map<std::string, Demand, std::less<>> mProperties;
   std::string mKernel;
+  std::string mWindows;     ///< the condition by which the system is Windows
+  std::string mNotWindows;  ///< the one by which it is another
   std::string mOther;
 };
 
 }  // namespace
 
 void CheckDependencies(Document& document) {
+  SystemsByName systems;
   for (std::size_t index = 0; index < document.Rules().size(); ++index) {
-    if (document.Rules()[index].mIsReadable) DemandCheck(document, index).Run();
+    if (document.Rules()[index].mIsReadable) DemandCheck(document, systems, index).Run();
   }
 }
 

@@ -211,20 +211,6 @@ class ExampleCheck {
   SCRRule mRule;
 };
 
-/// Property components take part while it lives.
-class PropertiesScope {
- public:
-  PropertiesScope() : mWereOn(OSComponent::SupportsProperties()) {
-    OSComponent::EnableSupportProperties(true);
-  }
-  ~PropertiesScope() { OSComponent::EnableSupportProperties(mWereOn); }
-  PropertiesScope(const PropertiesScope&) = delete;
-  PropertiesScope& operator=(const PropertiesScope&) = delete;
-
- private:
-  bool mWereOn;
-};
-
 }  // namespace
 
 void RunExamples(Document& document) {

@@ -8,6 +8,18 @@
 
 namespace authoring {
 
+namespace {
+
+/// What was meant by a key, as far as can be said.
+std::string Suggestion(std::span<const std::string_view> known, std::string_view key) {
+  // The lower end beside "max_version" has the name that a component's version has.
+  if (key == "min_version" && Contains(known, "max_version"))
+    return "Did you mean \"version\", the lower end beside \"max_version\"?";
+  return DidYouMean(known, key);
+}
+
+}  // namespace
+
 void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNode& object,
                std::span<const std::string_view> known) {
   const auto add = [&](Code code, const JsonMember& member, const std::string& what,
@@ -27,7 +39,7 @@ void CheckKeys(Document& document, std::optional<std::size_t> rule, const JsonNo
           "Keep one of them.");
     } else if (!Contains(known, member.mKey)) {
       add(Code::kUnknownKey, member, "the key " + key + " is unknown and ignored",
-          DidYouMean(known, member.mKey) + " Remarks belong under \"comment\".");
+          Suggestion(known, member.mKey) + " Remarks belong under \"comment\".");
     }
   };
   // From the last on, which is the one that counts.

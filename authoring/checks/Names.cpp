@@ -3,6 +3,9 @@
 #include <string_view>
 
 #include "authoring/checks/Checks.h"
+#include "authoring/model/ControlCharacters.h"
+#include "authoring/model/KnownKeys.h"
+#include "authoring/model/KnownSystems.h"
 #include "authoring/model/Matcher.h"
 #include "authoring/model/NameShape.h"
 #include "authoring/model/Words.h"
@@ -17,23 +20,52 @@ class NameCheck {
       : mDocument(document), mJudge(judge), mIndex(index), mRule(rule) {}
 
   void Run() {
+    const JsonNode& name = *mRule.mNode->Find("name");
     if (mRule.mName.empty()) {
-      Add(Code::kEmptyName, *mRule.mNode->Find("name"), "the name is empty, and an empty name never matches",
+      Add(Code::kEmptyName, name, "the name is empty, and an empty name never matches",
           "Write what the rule is about.");
-    } else if (mRule.HasExpressionAsName()) {
-      CheckName(*mRule.mNode->Find("name"));
+    } else if (!HasControlCharacter(name, "name", mRule.HasExpressionAsName()) &&
+               mRule.HasExpressionAsName()) {
+      CheckName(name);
     }
-    const JsonNode* const operand = mRule.IsProperty() ? mRule.mNode->Find("regex") : nullptr;
-    if (operand != nullptr) CheckExpression(*operand);
+    if (mRule.IsProperty()) CheckOperands();
   }
 
  private:
+  void CheckOperands() {
+    for (const auto keys : {TextComparisonKeys(), IntegerComparisonKeys()}) {
+      for (const std::string_view key : keys) {
+        const JsonNode* const operand = mRule.mNode->Find(key);
+        if (operand == nullptr) continue;
+        const bool isExpression = key == "regex";
+        if (!HasControlCharacter(*operand, "operand", isExpression) && isExpression)
+          CheckExpression(*operand);
+      }
+    }
+  }
+
+  /// Tells of one. What else seems wrong with such a text follows from it.
+  bool HasControlCharacter(const JsonNode& node, const char* what, bool isExpression) {
+    const std::string& text = node.mText;
+    const auto character = isExpression ? FindControlCharacterOfExpression(text) : FindControlCharacter(text);
+    if (!character) return false;
+    const std::string meant = WithBackslashes(text);
+    Add(Code::kControlCharacter, node,
+        std::string("the ") + what + " holds " + NameOfControlCharacter(*character) +
+            ", which no name, path or value has",
+        meant.empty()
+            ? "Take it out."
+            : "Did you mean " + AsJson(meant) + "? JSON wants a backslash that stands for itself twice.");
+    return true;
+  }
+
   void Add(Code code, const JsonNode& node, std::string what, std::string mend) {
     mDocument.AddToRule(mIndex, code, node.mOffset, std::move(what), std::move(mend));
   }
 
   void CheckName(const JsonNode& node) {
     const std::string& name = node.mText;
+    if (mRule.mKind == OSComponentType::kOS && IsNameOfNoSystem(node)) return;
     if (const std::string expression = FromShellPattern(name); !expression.empty()) {
       Add(Code::kPartOfName, node, "the \"*\" of the name " + Quoted(name) + " does not stand for any text",
           "Write " + AsJson(expression) + '.');
@@ -41,12 +73,41 @@ class NameCheck {
       CheckExpression(node);
     } else if (HasSigns(name)) {
       CheckPlainName(node);
+    } else if (mRule.mKind == OSComponentType::kVideo && IsNameOfSeries(name)) {
+      Add(Code::kPartOfName, node,
+          "the name " + Quoted(name) +
+              " is a part of the names of graphics cards, and a device is hit only by its whole name",
+          "Write " + AsJson("^.*\\b" + name + "\\b.*$") + " for every name that holds it, or " +
+              AsJson('^' + name + '$') + " when it is the whole name.");
     } else if (IsPartOfDeviceName(name)) {
       Add(Code::kPartOfName, node,
           "the name " + Quoted(name) + " is one word, and a device is hit only by its whole name",
           "Write " + AsJson("^.*\\b" + name + "\\b.*$") + " for every name that holds the word, or " +
               AsJson('^' + name + '$') + " when it is the whole name.");
     }
+  }
+
+  /// Whether it is one, which is told.
+  bool IsNameOfNoSystem(const JsonNode& node) {
+    std::string_view name = node.mText;
+    if (name.starts_with('^') && name.ends_with('$')) name = name.substr(1, name.size() - 2);
+    if (const auto system = SystemInOtherCase(name)) {
+      Add(Code::kNameOfNoSystem, node,
+          "the system is called " + Quoted(*system) + ", and upper and lower case must be the same",
+          "Write " + AsJson(*system) + '.');
+      return true;
+    }
+    // What excludes a name has it in it, too.
+    const bool isExclusion =
+        name.find("(?!") != std::string_view::npos || name.find("[^") != std::string_view::npos;
+    if (!SpeaksOfWindows(name) || isExclusion || !mJudge.Judge(node.mText).IsSound() ||
+        HitsName(OSComponentType::kOS, node.mText, std::string(kWindows)))
+      return false;
+    Add(Code::kNameOfNoSystem, node,
+        "the name " + Quoted(node.mText) + " does not hit \"Windows\", as every Windows is called",
+        "Write \"Windows\", and what tells them apart under \"versions\": Windows 10 is "
+        "\"10.0-10.0.21999.+\", Windows 11 is \"10.0.22000-10.0.+\".");
+    return true;
   }
 
   [[nodiscard]] bool IsPartOfDeviceName(const std::string& name) const {

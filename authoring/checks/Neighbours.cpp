@@ -3,11 +3,14 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "authoring/checks/Checks.h"
 #include "authoring/model/Comparisons.h"
 #include "authoring/model/InformedRule.h"
+#include "authoring/model/KnownKeys.h"
 #include "authoring/model/VersionSpan.h"
 #include "authoring/model/Words.h"
 #include "platform/qelcore/Json.h"
@@ -32,17 +35,39 @@ SCRRule Inform(const Document& document, std::size_t index) {
   return InformedRule(document.RuleValue(index), document.DefaultsOf(document.Rules()[index].mKind));
 }
 
+/// In what two rules of one identifier differ.
+std::string DifferenceOf(const SCRRule& left, const SCRRule& right) {
+  const std::any leftValue = left.ToJSON();
+  const std::any rightValue = right.ToJSON();
+  const json::Dictionary& one = json::AsDictionary(leftValue);
+  const json::Dictionary& other = json::AsDictionary(rightValue);
+  std::set<std::string_view> keys;
+  for (const auto* const object : {&one, &other}) {
+    for (const auto& [key, value] : *object) keys.insert(key);
+  }
+  std::vector<std::string_view> different;
+  for (const std::string_view key : keys) {
+    const auto first = one.find(key);
+    const auto second = other.find(key);
+    const bool areEqual = first != one.end() && second != other.end() &&
+                          json::Serialise(*first->second) == json::Serialise(*second->second);
+    if (!areEqual) different.push_back(key);
+  }
+  return "they differ in " + ListOf(different) + ", but in nothing that the identifier tells apart";
+}
+
 void CheckIdentifiers(Document& document) {
   std::unordered_map<std::string, std::size_t> known;
   for (std::size_t index = 0; index < document.Rules().size(); ++index) {
     const SCRRule rule = Inform(document, index);
     const auto [place, isNew] = known.emplace(rule.GetID(), index);
     // Rules that are equal are covered, which is told elsewhere.
-    if (isNew || rule == Inform(document, place->second)) continue;
+    if (isNew) continue;
+    const SCRRule first = Inform(document, place->second);
+    if (rule == first) continue;
     document.AddToRule(
         index, Code::kSharedIdentifier, document.Rules()[index].mNode->mOffset,
-        "the rule has the identifier of " + Naming(place->second) +
-            ": only mask, modulus or comparisons differ, which are not part of it",
+        "the rule has the identifier of " + Naming(place->second) + ": " + DifferenceOf(first, rule),
         "Give one of them another message, so that their issues can be told apart from run to run.");
   }
 }
@@ -70,6 +95,7 @@ struct Reach {
   std::size_t mIndex = 0;
   std::int32_t mLevel = 0;
   std::string mMessage;
+  std::string mLink;
   std::vector<VersionSpan> mSpans;
   ComparedValues mValues;
   std::set<std::string> mConditions;
@@ -91,6 +117,7 @@ Reach ReachOf(const Document& document, std::size_t index) {
   return {index,
           static_cast<std::int32_t>(rule.GetErrorLevel()),
           rule.GetInfoMessage(),
+          rule.GetInfoURL(),
           Merge(std::move(spans)),
           element.IsProperty() ? ComparedValues(*element.mNode) : ComparedValues(JsonNode()),
           Conditions(rule)};
@@ -115,6 +142,13 @@ void TellCovered(Document& document, const Reach& inner, const Reach& outer) {
   if (inner.mMessage != outer.mMessage) {
     document.AddToRule(inner.mIndex, Code::kCoveredRuleWithMessage, place, what + ", with another message",
                        "Users see two issues for one component. If one says it all, take the other out.");
+    return;
+  }
+  if (inner.mLink != outer.mLink) {
+    document.AddToRule(
+        inner.mIndex, Code::kCoveredRule, place, what + ", with the same message and another link",
+        "Users would see the same message twice: take one of the rules out, or give the rule a "
+        "message that fits its link.");
     return;
   }
   document.AddToRule(inner.mIndex, Code::kCoveredRule, place, what + ", with the same message",

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "authoring/checks/Checks.h"
+#include "authoring/model/ControlCharacters.h"
 #include "authoring/model/KnownKeys.h"
 #include "authoring/model/Words.h"
 
@@ -44,14 +45,6 @@ constexpr std::array<std::string_view, 13> kLinuxNames = {
     "HOME",           "USER",           "LOGNAME",         "XDG_CONFIG_HOME", "XDG_DATA_HOME",
     "XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR", "XDG_DATA_DIRS",   "XDG_CONFIG_DIRS",
     "TMPDIR",         "SNAP",           "APPDIR"};
-
-bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-  const auto lower = [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-  };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char first, char second) { return lower(first) == lower(second); });
-}
 
 class PathCheck {
  public:
@@ -147,7 +140,9 @@ class PathCheck {
 
 void CheckPaths(Document& document) {
   ForEachRule(document, [&](std::size_t index, const RuleElement& rule) {
-    if (rule.IsFile() && !rule.mName.empty()) PathCheck(document, index, *rule.mNode->Find("name")).Run();
+    // Of a path with a control character nothing is as it was meant; that is told elsewhere.
+    if (rule.IsFile() && !rule.mName.empty() && !FindControlCharacter(rule.mName))
+      PathCheck(document, index, *rule.mNode->Find("name")).Run();
   });
 }
 

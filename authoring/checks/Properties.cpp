@@ -41,6 +41,11 @@ class PropertyCheck {
       mDocument.AddToRule(mIndex, Code::kImpossibleComparisons, mNode.mOffset,
                           "no value satisfies all comparisons of the rule",
                           "Look for two that contradict each other.");
+    } else if (const auto expression = values.FindContradiction()) {
+      mDocument.AddToRule(mIndex, Code::kImpossibleComparisons, mNode.mOffset,
+                          "no value satisfies all comparisons of the rule: the expression " +
+                              Quoted(*expression) + " does not match the only text that the others leave",
+                          "Take one of them out.");
     }
   }
 

@@ -43,6 +43,7 @@ class RuleReader {
     Require(rule, "info_message", JsonKind::kText);
     Require(rule, "info_url", JsonKind::kText);
     ReadLevel(rule, isDependency);
+    if (isDependency) IgnoreTexts(rule);
     if (const JsonNode* const dependencies = Require(rule, "dependencies", JsonKind::kArray)) {
       for (const JsonNode& element : dependencies->mElements)
         rule.mDependencies.push_back(Read(element, true));
@@ -119,6 +120,22 @@ class RuleReader {
       const char* const effect =
           key == "version" ? " changes the identifier and nothing else: " : " has no effect: ";
       mDocument.AddToRule(mIndex, Code::kIgnoredKey, member->mKeyOffset, Quoted(key) + effect + why, mend);
+    }
+  }
+
+  /// Tells of texts and levels of a dependency, which no issue carries. They are in its hash all the same.
+  void IgnoreTexts(const RuleElement& rule) {
+    for (const char* const key : {"error_level", "info_message", "info_url"}) {
+      const JsonMember* const member = rule.mNode->FindMember(key);
+      if (member == nullptr || !member->mValue.Is(JsonKind::kText)) continue;
+      // Such a level is told of already.
+      if (key == std::string_view("error_level") && !Contains(LevelNames(), member->mValue.mText)) continue;
+      mDocument.AddToRule(
+          mIndex, Code::kIgnoredKey, member->mKeyOffset,
+          Quoted(key) +
+              " changes the identifier and nothing else: an issue has the texts and the level "
+              "of its rule, not of a dependency",
+          "Write it beside the rule's own name, or take it out.");
     }
   }
 

@@ -3,8 +3,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "authoring/checks/Checks.h"
+#include "authoring/model/KnownSystems.h"
 #include "authoring/model/VersionSpan.h"
 #include "authoring/model/Words.h"
 
@@ -44,6 +46,7 @@ class VersionCheck {
       CheckSpan(range);
     }
     CheckCoverage();
+    if (IsWindows()) CheckVersionsOfWindows();
   }
 
  private:
@@ -182,7 +185,36 @@ class VersionCheck {
                        : "the modulus " + Quoted(mRule.mModulus.ToString());
   }
 
-  /// Finds ranges that lie within one other. Of equal ones the first counts.
+  [[nodiscard]] bool IsWindows() const {
+    return mRule.mKind == OSComponentType::kOS && !mRule.mMask && !mRule.mModulus &&
+           (mRule.mName == kWindows || mRule.mName == "^Windows$");
+  }
+
+  /// Finds what holds no Windows: a version without a build, and Windows 11 by the number that it is sold
+  /// under.
+  void CheckVersionsOfWindows() {
+    bool isBeyond = !mRule.mRanges.empty();
+    for (const RangeElement& element : mRule.mRanges) isBeyond &= SpanOf(element.mRange).mFirst[0] >= 11;
+    for (const RangeElement& element : mRule.mRanges) {
+      const VersionSpan span = SpanOf(element.mRange);
+      // These two are told of above.
+      if (span.IsEmpty() || WithoutBlanks(element.mNode->mText).ends_with('-')) continue;
+      const std::string text = "the range " + Quoted(element.mNode->mText);
+      if (isBeyond) {
+        Add(Code::kNoVersionOfWindows, *element.mNode,
+            text + " holds no Windows: Windows 11 has the version 10.0, too, with a build from 22000 on",
+            "Write \"10.0.22000-10.0.+\" for Windows 11.");
+      } else if (span.mFirst == span.mLast && span.mFirst[0] != 0 && span.mFirst[2] == 0 &&
+                 span.mFirst[3] == 0) {
+        const std::string number = std::to_string(span.mFirst[0]) + '.' + std::to_string(span.mFirst[1]);
+        Add(Code::kNoVersionOfWindows, *element.mNode,
+            text + " is exactly " + number + ".0.0, and every Windows has a build in the third place",
+            "Write " + AsJson(number + '-' + number + ".+") + " for every build.");
+      }
+    }
+  }
+
+  /// Finds ranges that lie within one other, or within two others together. Of equal ones the first counts.
   void CheckCoverage() {
     struct Entry {
       VersionSpan mSpan;
@@ -198,15 +230,33 @@ class VersionCheck {
       return right.mSpan.mLast < left.mSpan.mLast;
     });
     const Entry* widest = nullptr;
+    std::vector<const Entry*> left;
     for (const Entry& entry : entries) {
       if (widest == nullptr || widest->mSpan.mLast < entry.mSpan.mLast) {
         widest = &entry;
+        left.push_back(widest);
         continue;
       }
       Add(Code::kCoveredRange, *entry.mElement->mNode,
           "the range " + Quoted(entry.mElement->mRange.ToString()) + " lies within the range " +
               Quoted(widest->mElement->mRange.ToString()) + " of the same rule",
           "Take it out.");
+    }
+    // What is left ascends at both ends, so that only the one before and the one behind can hold one
+    // together.
+    for (std::size_t index = 1; index + 1 < left.size();) {
+      const Entry& before = *left[index - 1];
+      const Entry& behind = *left[index + 1];
+      if (!Covers(Merge({before.mSpan, behind.mSpan}), {left[index]->mSpan})) {
+        ++index;
+        continue;
+      }
+      Add(Code::kCoveredRange, *left[index]->mElement->mNode,
+          "the range " + Quoted(left[index]->mElement->mRange.ToString()) + " lies within the ranges " +
+              Quoted(before.mElement->mRange.ToString()) + " and " +
+              Quoted(behind.mElement->mRange.ToString()) + " of the same rule together",
+          "Take it out.");
+      left.erase(left.begin() + static_cast<std::ptrdiff_t>(index));
     }
   }
 

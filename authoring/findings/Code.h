@@ -46,6 +46,7 @@ enum class Code {
   kPartialMask,
   kMaskWithoutRange,
   kBehindPlus,
+  kNoVersionOfWindows,
   // Names and expressions
   kMalformedExpression,
   kRefusedExpression,
@@ -55,6 +56,8 @@ enum class Code {
   kPartOfName,
   kLetterInBrackets,
   kMalformedPlainName,
+  kControlCharacter,
+  kNameOfNoSystem,
   // Properties
   kMixedComparisons,
   kNumbersAsText,

@@ -44,9 +44,9 @@ Place TextPlaces::At(std::size_t offset) const {
   return {static_cast<std::size_t>(next - mLineStarts.begin()), before + 1};
 }
 
-Place TextPlaces::AtByteColumn(std::size_t line, std::size_t column) const {
-  if (line == 0 || line > mLineStarts.size()) return {};
-  return At(mLineStarts[line - 1] + column - 1);
+std::optional<std::size_t> TextPlaces::OffsetOf(std::size_t line, std::size_t byteColumn) const {
+  if (line == 0 || line > mLineStarts.size()) return std::nullopt;
+  return mLineStarts[line - 1] + byteColumn - 1;
 }
 
 }  // namespace authoring

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -23,8 +24,9 @@ class TextPlaces {
   /// The place of the byte at an offset; an offset beyond the end counts as the end.
   [[nodiscard]] Place At(std::size_t offset) const;
 
-  /// The place of a byte that is given by its line and its column in bytes, as `qelcore::json::Parse` does.
-  [[nodiscard]] Place AtByteColumn(std::size_t line, std::size_t column) const;
+  /// The offset of a byte that is given by its line and its column in bytes, as `qelcore::json::Parse` does;
+  /// nothing when there is no such line.
+  [[nodiscard]] std::optional<std::size_t> OffsetOf(std::size_t line, std::size_t byteColumn) const;
 
  private:
   [[nodiscard]] std::size_t CharactersBefore(std::size_t offset) const;

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "authoring/model/KnownKeys.h"
+#include "authoring/model/Matcher.h"
 
 namespace authoring {
 
@@ -83,6 +84,17 @@ bool ComparedValues::HaveNoInteger() const {
 
 bool ComparedValues::AreEmpty() const {
   return mHasTexts ? HaveNoText() : mHasIntegers && HaveNoInteger();
+}
+
+std::optional<std::string> ComparedValues::FindContradiction() const {
+  if (!mLeastText || !mGreatestText || mLeastText->mText != mGreatestText->mText || HaveNoText())
+    return std::nullopt;
+  for (const std::string& expression : mExpressions) {
+    // A malformed expression is told of elsewhere.
+    if (ExpressionJudge().Judge(expression).IsSound() && !MatchesValue(expression, mLeastText->mText))
+      return expression;
+  }
+  return std::nullopt;
 }
 
 void ComparedValues::Intersect(const ComparedValues& other) {

@@ -31,6 +31,10 @@ class ComparedValues {
   /// No value is left. A "no" may be wrong.
   [[nodiscard]] bool AreEmpty() const;
 
+  /// An expression that does not match the only text that is left; nothing when there is none, or more than
+  /// one text is left. Asks the library's engine, and so for the main thread only.
+  [[nodiscard]] std::optional<std::string> FindContradiction() const;
+
   /// The values that satisfy both. Comparisons of different kinds are not weighed against each other.
   void Intersect(const ComparedValues& other);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 
 #include "platform/qelcore/Json.h"
 
@@ -13,6 +14,22 @@ namespace {
 
 constexpr std::size_t kMostFindings = 10'000;
 
+/// The backslash of the first escape that JSON does not know, in the string that begins here; nothing when no
+/// string begins here or all its escapes are known.
+std::optional<std::size_t> FindUnknownEscape(std::string_view text, std::size_t begin) {
+  if (begin >= text.size() || text[begin] != '"') return std::nullopt;
+  for (std::size_t index = begin + 1; index + 1 < text.size() && text[index] != '"'; ++index) {
+    if (text[index] != '\\') continue;
+    const char letter = text[index + 1];
+    constexpr std::string_view kHexadecimal = "0123456789abcdefABCDEF";
+    const bool isNumber =
+        letter == 'u' && text.substr(index + 2, 4).find_first_not_of(kHexadecimal) == std::string_view::npos;
+    if (!isNumber && std::string_view("\"\\/bfnrt").find(letter) == std::string_view::npos) return index;
+    ++index;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 Document::Document(std::string path, std::string text)
@@ -20,12 +37,7 @@ Document::Document(std::string path, std::string text)
   json::ParseError error;
   mValue = json::Parse(mText, &error);
   if (!mValue.has_value()) {
-    Add(Code::kNotJson, 0,
-        "the file is not JSON: " + error.mMessage.substr(0, error.mMessage.find_last_not_of('.') + 1),
-        "Nothing is read of the list. Look at the end of what stands before this place: a comma, a quotation "
-        "mark or "
-        "a bracket may be missing or one too many.");
-    mFindings.back().mPlace = mPlaces.AtByteColumn(error.mLine, error.mColumn);
+    AddNotJson(error);
     return;
   }
   JsonNode root = ReadJsonTree(mText);
@@ -37,6 +49,26 @@ Document::Document(std::string path, std::string text)
   }
   mRoot = std::move(root);
   ReadDefaults();
+}
+
+void Document::AddNotJson(const json::ParseError& error) {
+  const auto offset = mPlaces.OffsetOf(error.mLine, error.mColumn);
+  const auto escape = offset ? FindUnknownEscape(mText, *offset) : std::nullopt;
+  std::string mend = "Nothing is read of the list. ";
+  if (escape) {
+    const bool isLetter = static_cast<unsigned char>(mText[*escape + 1]) < 0x80;
+    const std::string written = mText.substr(*escape, isLetter ? 2 : 1);
+    mend += "A backslash that stands for itself is written twice in JSON: \"\\" + written +
+            "\" instead of \"" + written + "\".";
+  } else {
+    mend +=
+        "Look at the end of what stands before this place: a comma, a quotation mark or a bracket may be "
+        "missing or one too many.";
+  }
+  Add(Code::kNotJson, 0,
+      "the file is not JSON: " + error.mMessage.substr(0, error.mMessage.find_last_not_of('.') + 1),
+      std::move(mend));
+  mFindings.back().mPlace = offset ? mPlaces.At(escape.value_or(*offset)) : Place{};
 }
 
 void Document::ReadDefaults() {

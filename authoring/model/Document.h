@@ -14,6 +14,7 @@
 #include "authoring/json/TextPlaces.h"
 #include "authoring/model/InformedRule.h"
 #include "platform/qelcore/Components.h"
+#include "platform/qelcore/Json.h"
 #include "qelsystemcompatibilityreport/VersionRange.h"
 
 namespace authoring {
@@ -84,6 +85,7 @@ class Document {
   [[nodiscard]] Findings SortedFindings() const;
 
  private:
+  void AddNotJson(const qelcore::json::ParseError& error);
   void ReadDefaults();
   void Add(std::optional<std::size_t> rule, Code code, std::size_t offset, std::string what,
            std::string mend);

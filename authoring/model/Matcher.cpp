@@ -20,6 +20,7 @@ using qelcore::utility::OSComponentRegistry;
 using qelcore::utility::OSComponentType;
 using qelcore::utility::OSComponentVersion;
 using qelsystemcompatibilityreport::SCRBlocklist;
+using qelsystemcompatibilityreport::SCRPropertyOperator;
 using qelsystemcompatibilityreport::SCRRule;
 using qelsystemcompatibilityreport::SCRRuleErrorLevel;
 using qelsystemcompatibilityreport::VersionRange;
@@ -69,6 +70,27 @@ ExpressionVerdict Ask(const std::string& expression) {
 }
 
 }  // namespace
+
+bool HitsName(OSComponentType kind, const std::string& ruleName, const std::string& componentName) {
+  const OSComponentRegistry registry(
+      {std::make_shared<OSComponent>(kind, componentName, OSComponentVersion())});
+  const SCRRule rule(kind, ruleName, std::vector<VersionRange>(), {}, {}, {}, {}, {},
+                     SCRRuleErrorLevel::INFO);
+  const ExceptionCatcher catcher;
+  return !rule.FindMatchingOSComponents(registry).empty();
+}
+
+bool MatchesValue(const std::string& expression, const std::string& value) {
+  const std::string name = "value";
+  const OSComponentRegistry registry(
+      {std::make_shared<OSComponent>(OSComponentType::kProperty, name, OSComponentVersion(), value)});
+  const SCRRule rule(OSComponentType::kProperty, name,
+                     {{SCRPropertyOperator::kRegularExpression, expression}}, {}, {}, {},
+                     SCRRuleErrorLevel::INFO);
+  const PropertiesScope properties;
+  const ExceptionCatcher catcher;
+  return !rule.FindMatchingOSComponents(registry).empty();
+}
 
 ExpressionJudge::ExpressionJudge() {
   StartExpressionBudget();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <vector>
 
 namespace authoring {
 
@@ -42,6 +43,56 @@ std::size_t FindLiteral(std::string_view expression, std::size_t place, std::str
     }
   }
   return std::string_view::npos;
+}
+
+/// The alternatives that no group holds.
+std::vector<std::string_view> SplitAlternatives(std::string_view expression) {
+  std::vector<std::string_view> alternatives;
+  std::size_t begin = 0;
+  int depth = 0;
+  bool isInBrackets = false;
+  for (std::size_t index = 0; index < expression.size(); ++index) {
+    const char character = expression[index];
+    if (character == '\\') {
+      ++index;
+    } else if (isInBrackets) {
+      isInBrackets = character != ']';
+    } else if (character == '[') {
+      isInBrackets = true;
+    } else if (character == '(') {
+      ++depth;
+    } else if (character == ')') {
+      --depth;
+    } else if (character == '|' && depth == 0) {
+      alternatives.push_back(expression.substr(begin, index - begin));
+      begin = index + 1;
+    }
+  }
+  alternatives.push_back(expression.substr(begin));
+  return alternatives;
+}
+
+/// As `Complete`, of an expression without alternatives.
+std::string CompleteOne(std::string_view expression) {
+  const auto begins = [&](std::string_view part) { return expression.starts_with(part); };
+  const auto ends = [&](std::string_view part) { return expression.ends_with(part); };
+  const bool hasBegin = begins("^");
+  const bool hasEnd = EndsWithUnescaped(expression, '$');
+  const bool isOpenBefore = begins(".*") || begins(".+") || begins("(.*");
+  const bool isOpenBehind = ends(".*") || ends(".+") || ends(".*)");
+  const bool isWordBefore = begins("\\b");
+  const bool isWordBehind = ends("\\b");
+  const bool lacksEnd =
+      !hasEnd && !isOpenBehind && (hasBegin || isWordBehind || isWordBefore || isOpenBefore);
+  const bool lacksBegin =
+      !hasBegin && !isOpenBefore && (hasEnd || isWordBehind || isWordBefore || isOpenBehind);
+  // An expression that begins with its first word and goes on openly, or ends so, is a usual way to write it.
+  const bool isPlainBegin = !hasBegin && !hasEnd && isOpenBehind && !isWordBefore;
+  const bool isPlainEnd = !hasBegin && !hasEnd && isOpenBefore && !isWordBehind;
+  std::string whole;
+  if (lacksBegin && !isPlainBegin) whole = "^.*";
+  if (lacksEnd && !isPlainEnd) return whole + std::string(expression) + ".*$";
+  return whole.empty() ? whole : whole + std::string(expression);
 }
 
 }  // namespace
@@ -86,25 +137,18 @@ std::string EscapeLiteralBrackets(const std::string& expression) {
 }
 
 std::string Complete(std::string_view expression) {
-  const auto begins = [&](std::string_view part) { return expression.starts_with(part); };
-  const auto ends = [&](std::string_view part) { return expression.ends_with(part); };
-  const bool hasBegin = begins("^");
-  const bool hasEnd = EndsWithUnescaped(expression, '$');
-  const bool isOpenBefore = begins(".*") || begins(".+") || begins("(.*");
-  const bool isOpenBehind = ends(".*") || ends(".+") || ends(".*)");
-  const bool isWordBefore = begins("\\b");
-  const bool isWordBehind = ends("\\b");
-  const bool lacksEnd =
-      !hasEnd && !isOpenBehind && (hasBegin || isWordBehind || isWordBefore || isOpenBefore);
-  const bool lacksBegin =
-      !hasBegin && !isOpenBefore && (hasEnd || isWordBehind || isWordBefore || isOpenBehind);
-  // An expression that begins with its first word and goes on openly, or ends so, is a usual way to write it.
-  const bool isPlainBegin = !hasBegin && !hasEnd && isOpenBehind && !isWordBefore;
-  const bool isPlainEnd = !hasBegin && !hasEnd && isOpenBefore && !isWordBehind;
-  std::string whole;
-  if (lacksBegin && !isPlainBegin) whole = "^.*";
-  if (lacksEnd && !isPlainEnd) return whole + std::string(expression) + ".*$";
-  return whole.empty() ? whole : whole + std::string(expression);
+  const std::string whole = CompleteOne(expression);
+  const std::vector<std::string_view> alternatives = SplitAlternatives(expression);
+  if (whole.empty() || alternatives.size() < 2) return whole;
+  // Anchors and ".*" at the edges belong to the outer alternatives alone.
+  std::string all;
+  for (const std::string_view alternative : alternatives) {
+    if (!all.empty()) all += '|';
+    const std::string one = CompleteOne(alternative);
+    const bool isPlain = !LooksLikeExpression(alternative);
+    all += !one.empty() ? one : isPlain ? "^.*" + std::string(alternative) + ".*$" : std::string(alternative);
+  }
+  return all;
 }
 
 std::string FromShellPattern(std::string_view name) {
@@ -126,6 +170,16 @@ std::string FromShellPattern(std::string_view name) {
 
 bool IsOneWord(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsLetter);
+}
+
+bool IsNameOfSeries(std::string_view text) {
+  constexpr std::array<std::string_view, 2> kWithMaker = {"GeForce", "Quadro"};
+  constexpr std::array<std::string_view, 5> kSeries = {
+      "NVIDIA GeForce", "NVIDIA GeForce GTX", "NVIDIA GeForce RTX", "NVIDIA Quadro", "AMD Radeon RX"};
+  if (std::find(kSeries.begin(), kSeries.end(), text) != kSeries.end()) return true;
+  return std::any_of(kWithMaker.begin(), kWithMaker.end(), [&](std::string_view series) {
+    return text.starts_with(series) && text.substr(series.size()).starts_with(' ');
+  });
 }
 
 bool HasLetterInBrackets(std::string_view expression) {

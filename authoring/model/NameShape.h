@@ -33,6 +33,10 @@ namespace authoring {
 /// Whether the text is one word of letters.
 [[nodiscard]] bool IsOneWord(std::string_view text);
 
+/// Whether the text is a maker's series of graphics cards without a model, or a model without its maker:
+/// "NVIDIA GeForce", "GeForce RTX 3060". Drivers name both.
+[[nodiscard]] bool IsNameOfSeries(std::string_view text);
+
 /// Whether a letter beyond ASCII stands inside square brackets of an expression.
 [[nodiscard]] bool HasLetterInBrackets(std::string_view expression);
 

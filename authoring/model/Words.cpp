@@ -1,5 +1,6 @@
 #include "authoring/model/Words.h"
 
+#include <algorithm>
 #include <any>
 
 #include "platform/qelcore/Json.h"
@@ -15,6 +16,14 @@ std::string Quoted(std::string_view text) {
     while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
   }
   return '"' + std::string(text.substr(0, length)) + (length < text.size() ? "...\"" : "\"");
+}
+
+bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  const auto lower = [](char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+  };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](char first, char second) { return lower(first) == lower(second); });
 }
 
 std::string AsJson(std::string_view text) {

@@ -1,6 +1,27 @@
 #include "authoring/output/Outputs.h"
 
+#include <string_view>
+
 namespace authoring {
+
+namespace {
+
+/// The text on one line: a control character of a list becomes visible.
+std::string OnOneLine(const std::string& text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string line;
+  for (const char character : text) {
+    const auto number = static_cast<unsigned char>(character);
+    if (number >= 0x20 && number != 0x7F) {
+      line += character;
+    } else {
+      line += std::string("<U+00") + kDigits[number / 16U] + kDigits[number % 16U] + '>';
+    }
+  }
+  return line;
+}
+
+}  // namespace
 
 std::vector<std::string> DescribeAsText(const Finding& finding) {
   const CodeDescription& description = DescriptionOf(finding.mCode);
@@ -18,8 +39,8 @@ std::vector<std::string> DescribeAsText(const Finding& finding) {
     if (!finding.mRuleName.empty()) line += " \"" + finding.mRuleName + '"';
     line += ": ";
   }
-  std::vector<std::string> lines = {line + finding.mWhat};
-  if (!finding.mMend.empty()) lines.push_back("    " + finding.mMend);
+  std::vector<std::string> lines = {OnOneLine(line + finding.mWhat)};
+  if (!finding.mMend.empty()) lines.push_back("    " + OnOneLine(finding.mMend));
   return lines;
 }
 

@@ -33,6 +33,23 @@ TEST(DependenciesTest, FindsContradictions) {
        true},
       {R"("name": "a", "type": "Property", "igt": "5")", R"({"name": "a", "type": "Property", "ne": ""})",
        false},
+      // What is Windows, and what is not
+      {R"("name": "Windows", "type": "OS")", R"({"name": "^Linux$", "type": "OS"})", true},
+      {R"("name": "^Win.*$", "type": "OS")", R"({"name": "Linux", "type": "OS"})", true},
+      {R"("name": "Windows", "type": "OS")", R"({"name": "Ubuntu", "type": "OS"})", true},
+      {R"("name": "Ubuntu", "type": "OS")", R"({"name": "Windows", "type": "OS"})", true},
+      {R"("name": "Windows", "type": "OS")", R"({"name": "^(?!Windows$).*$", "type": "OS"})", true},
+      {R"("name": "Windows", "type": "OS")", R"({"name": "^.*$", "type": "OS"})", false},
+      {R"("name": "^(Windows|Linux)$", "type": "OS")", R"({"name": "Linux", "type": "OS"})", false},
+      {R"("name": "^Win.*$", "type": "OS")", R"({"name": "Windows", "type": "OS"})", false},
+      {R"("name": "^Fedora.*$", "type": "OS")", R"({"name": "Linux", "type": "OS"})", false},
+      // A value that is given, and an expression
+      {R"("name": "a", "type": "Property", "eq": "3")",
+       R"({"name": "a", "type": "Property", "regex": "^5$"})", true},
+      {R"("name": "a", "type": "Property", "eq": "3")",
+       R"({"name": "a", "type": "Property", "regex": "^[0-9]$"})", false},
+      {R"("name": "a", "type": "Property", "ne": "3")",
+       R"({"name": "a", "type": "Property", "regex": "^3$"})", false},
       // There may be several devices of one name.
       {R"("name": "A B", "type": "Video", "versions": ["1.0"])",
        R"({"name": "A B", "type": "Video", "versions": ["2.0"]})", false},

@@ -60,6 +60,33 @@ TEST(FormTest, FindsUnknownAndDuplicateKeys) {
   EXPECT_EQ(findings[2].mMend.rfind("Known are \"name\", \"type\", ", 0), 0U) << findings[2].mMend;
 }
 
+TEST(FormTest, KnowsWhatTheLowerEndIsCalled) {
+  const auto findings = testsupport::LintRules(R"({"name": "A", "type": "OS", "min_version": "1"})");
+  ASSERT_EQ(Codes(findings), std::vector<std::string>{"BL107"});
+  EXPECT_EQ(
+      findings[0].mMend,
+      "Did you mean \"version\", the lower end beside \"max_version\"? Remarks belong under \"comment\".");
+}
+
+TEST(FormTest, TellsOfABackslashThatIsWrittenOnce) {
+  const struct {
+    const char* mName;
+    const char* mPlace;
+    const char* mEnd;  ///< of what to do
+  } rows[] = {
+      {R"(^\d+$)", "BL101 2:12", R"("\\d" instead of "\d".)"},
+      {R"(C:\\a\xyz)", "BL101 2:16", R"("\\x" instead of "\x".)"},
+      {R"(C:\users)", "BL101 2:13", R"("\\u" instead of "\u".)"},
+      {R"(ä\ä)", "BL101 2:12", R"("\\" instead of "\".)"},
+  };
+  for (const auto& row : rows) {
+    const auto findings =
+        testsupport::LintRules(std::string(R"({"name": ")") + row.mName + R"(", "type": "Video"})");
+    ASSERT_EQ(CodesAndPlaces(findings), std::vector<std::string>{row.mPlace}) << row.mName;
+    EXPECT_TRUE(findings[0].mMend.ends_with(row.mEnd)) << findings[0].mMend;
+  }
+}
+
 struct Row {
   const char* mRule;
   std::vector<std::string> mCodes;
@@ -69,6 +96,9 @@ const Row kRules[] = {
     {R"({"name": "A", "type": "OS"})", {}},
     {R"({"name": "A", "type": "OS", "osc_version": 1, "osblc_version": 1, "error_level": "FATAL"})", {}},
     {R"({"name": "A", "type": "OS", "osc_version": 0, "comment": {"any": []}})", {}},
+    {R"({"name": "A", "type": "OS", "dependencies": [{"name": "B", "type": "OS", "error_level": "WARN",
+         "info_message": "M", "info_url": "https://example.com/"}]})",
+     {"BL206", "BL206", "BL206"}},
     {"5", {"BL201"}},
     {"null", {"BL201"}},
     {"{}", {"BL201", "BL201"}},

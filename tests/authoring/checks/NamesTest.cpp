@@ -41,6 +41,34 @@ TEST(NamesTest, TellsNamesFromExpressions) {
       {"Video", "^.*\\\\bRadeon\\\\b.*$", {}},
       {"Video", "^(GeForce|Quadro)$", {}},
       {"Video", "^Price in \\\\$", {"BL406"}},
+      {"Video", "^.*NVIDIA.*$|AMD", {"BL406"}},
+      {"Video", "^NVIDIA.*$|^AMD.*$", {}},
+      {"Video", "NVIDIA GeForce", {"BL406"}},
+      {"Video", "GeForce RTX 3060", {"BL406"}},
+      {"Video", "NVIDIA GeForce RTX 3060", {}},
+      {"Video", "Radeon RX 580 Series", {}},
+      {"Audio", "Realtek Audio", {}},
+      // Systems
+      {"OS", "Windows 10", {"BL410"}},
+      {"OS", "^Windows 10$", {"BL410"}},
+      {"OS", "^Windows 1[01].*$", {"BL410"}},
+      {"OS", "windows", {"BL410"}},
+      {"OS", "^windows$", {"BL410"}},
+      {"OS", "MacOS", {"BL410"}},
+      {"OS", "ubuntu", {"BL410"}},
+      {"OS", "^(Windows|Linux)$", {}},
+      {"OS", "^(?!Windows$).*$", {}},
+      {"OS", "^Win.*$", {}},
+      {"OS", "Fedora Linux", {}},
+      {"OS", "Some Other Linux", {}},
+      {"Video", "Windows Virtual Display", {}},
+      // One backslash where two were meant
+      {"Video", "^.*\\bNVIDIA\\b.*$", {"BL409"}},
+      {"OS", "Win\\tdows", {"BL409"}},
+      {"File", "C:\\temp\\new\\bin.dll", {"BL409"}},
+      {"File", "C:\\\\temp\\\\new\\\\bin.dll", {}},
+      {"Video", "^NVIDIA[ \\t]+.*$", {}},
+      {"Video", "A B\\u0001", {"BL409"}},
       // Expressions that are names
       {"Video", "^Intel(R) HD Graphics$", {"BL405"}},
       {"Video", "^Intel\\\\(R\\\\) HD Graphics$", {}},
@@ -79,6 +107,11 @@ TEST(NamesTest, SuggestsWhatToWrite) {
       {"^NVIDIA", R"(Write "^NVIDIA.*$".)"},
       {"GeForce$", R"(Write "^.*GeForce$".)"},
       {"\\\\bRadeon\\\\b", R"(Write "^.*\\bRadeon\\b.*$".)"},
+      {"^.*NVIDIA.*$|AMD", R"(Write "^.*NVIDIA.*$|^.*AMD.*$".)"},
+      {"^NVIDIA|^(AMD|ATI)", R"(Write "^NVIDIA.*$|^(AMD|ATI).*$".)"},
+      {"^.*\\bNVIDIA\\b.*$",
+       R"(Did you mean "^.*\\bNVIDIA\\b.*$"? JSON wants a backslash that stands for itself twice.)"},
+      {"A B\\u0001", "Take it out."},
       {"*Radeon TM*", R"(Write "^.*Radeon TM.*$".)"},
       {"^Intel(R) Core(TM)2$", R"(Write "^Intel\\(R\\) Core\\(TM\\)2$".)"},
       {"Intel(R) HD",
@@ -111,8 +144,8 @@ TEST(NamesTest, LooksAtTheExpressionsOfProperties) {
     const char* mOperand;
     std::vector<std::string> mCodes;
   } rows[] = {
-      {"^WDDM 1\\\\..*$", {}},      {"^WDDM 1", {"BL406"}}, {"*", {"BL401"}}, {"(a)\\\\1", {"BL402"}},
-      {"^Core(TM)2.*$", {"BL405"}}, {"[ä]", {"BL407"}},     {"nouveau", {}},
+      {"^WDDM 1\\\\..*$", {}},     {"^WDDM 1", {"BL406"}},       {"*", {"BL401"}},   {"(a)\\\\1", {"BL402"}},
+      {"^WDDM\\t1.*$", {"BL409"}}, {"^Core(TM)2.*$", {"BL405"}}, {"[ä]", {"BL407"}}, {"nouveau", {}},
   };
   for (const auto& row : rows) {
     const std::string rule =

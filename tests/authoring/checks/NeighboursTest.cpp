@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tests/authoring/Lists.h"
 
 namespace {
@@ -90,6 +92,37 @@ TEST(NeighboursTest, FindsRulesThatShareAnIdentifier) {
         << row.mFirst << '\n'
         << row.mSecond;
   }
+}
+
+TEST(NeighboursTest, TellsInWhatRulesOfOneIdentifierDiffer) {
+  const struct {
+    std::string mFirst;
+    std::string mSecond;
+    const char* mKeys;
+  } rows[] = {
+      {Memory(R"("ieq": "1", "comment": "x")"), Memory(R"("ieq": "2", "error_level": "INFO")"), "\"ieq\""},
+      {Video(R"("versions": ["0.0.1.0"], "version_mask": "0.0.+")"), Video(R"("versions": ["0.0.1.0"])"),
+       "\"version_mask\""},
+      // The texts of ranges are put one behind the other.
+      {Video(R"("versions": ["1.0", "-5.0"])"), Video(R"("versions": ["1.0-5.0"])"), "\"versions\""},
+  };
+  for (const auto& row : rows) {
+    const auto findings = LintRules(row.mFirst + ",\n" + row.mSecond);
+    const auto shared = std::find_if(findings.begin(), findings.end(), [](const authoring::Finding& finding) {
+      return finding.mCode == authoring::Code::kSharedIdentifier;
+    });
+    ASSERT_NE(shared, findings.end()) << row.mFirst;
+    EXPECT_EQ(shared->mWhat, "the rule has the identifier of rule 0: they differ in " +
+                                 std::string(row.mKeys) + ", but in nothing that the identifier tells apart");
+  }
+}
+
+TEST(NeighboursTest, ASameMessageMayHaveAnotherLink) {
+  const auto findings =
+      LintRules(Video(R"("info_message": "M", "info_url": "https://example.com/a")") + ",\n" +
+                Video(R"("info_message": "M", "info_url": "https://example.com/b")"));
+  ASSERT_EQ(testsupport::Codes(findings), std::vector<std::string>{"BL801"});
+  EXPECT_TRUE(findings[0].mWhat.ends_with("with the same message and another link")) << findings[0].mWhat;
 }
 
 /// Nobody writes so many alike; they end in a note, not in an hour.

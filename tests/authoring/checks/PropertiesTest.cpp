@@ -46,6 +46,10 @@ TEST(PropertiesTest, FindsComparisonsThatDoNotSayWhatTheyMean) {
       {R"("gte": "a", "lte": "a")", {}},
       {R"("gt": "a", "lte": "a")", {"BL504"}},
       {R"("eq": "a", "ne": "a")", {"BL504"}},
+      {R"("eq": "3", "regex": "^5$")", {"BL504"}},
+      {R"("eq": "3", "regex": "^[0-9]$")", {}},
+      {R"("gte": "a", "lte": "a", "regex": "^b.*$")", {"BL504"}},
+      {R"("eq": "3", "regex": "(")", {"BL401"}},
       {R"("eq": "b", "lt": "a")", {"BL504"}},
       {R"("lt": "")", {"BL504"}},
   };

@@ -106,6 +106,11 @@ TEST(VersionsTest, FindsRangesThatLieWithinAnother) {
       {R"("2.0", "1.0-3.0")", {"BL307 2:48"}},
       {R"("2.0", "2.0")", {"BL307 2:55"}},
       {R"("1.0-9.0", "2.0-3.0", "4.0-5.0")", {"BL307 2:59", "BL307 2:70"}},
+      // Two hold a third one together, of which each holds a part.
+      {R"("1.0-3.0", "2.0-5.0", "4.0-6.0")", {}},
+      {R"("1.0-3.0", "2.0-5.0", "3.0-6.0")", {"BL307 2:59"}},
+      {R"("1.0-2.+", "3.0-4.+", "2.5-3.5")", {"BL307 2:70"}},
+      {R"("1.0-2.0", "2.0-3.0", "2.0.0.1-4.0", "3.0-5.0")", {"BL307 2:59"}},
   };
   for (const auto& row : rows) {
     const std::string rule =
@@ -114,9 +119,33 @@ TEST(VersionsTest, FindsRangesThatLieWithinAnother) {
   }
 }
 
+TEST(VersionsTest, KnowsHowWindowsIsNumbered) {
+  const testsupport::CodesRow rows[] = {
+      {R"({"name": "Windows", "type": "OS", "versions": ["10"]})", {"BL311"}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["6.1-6.1"]})", {"BL311"}},
+      {R"({"name": "^Windows$", "type": "OS", "versions": ["10.0", "6.1-6.1.+"]})", {"BL311"}},
+      {R"({"name": "Windows", "type": "OS", "version": "6.1"})", {"BL311"}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["11"]})", {"BL311"}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["11-+"]})", {"BL311"}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["10.0-"]})", {"BL302"}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["10.0.19045"]})", {}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["10.0-10.0.+"]})", {}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["-6.1"]})", {}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["10.0.22000-10.+", "11-+"]})", {}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["0.0.0.0"]})", {}},
+      {R"({"name": "Windows", "type": "OS", "versions": ["0.0.19045"], "version_mask": "0.0.+"})", {}},
+      // Other systems have such versions.
+      {R"({"name": "Ubuntu", "type": "OS", "versions": ["22.04"]})", {}},
+      {R"({"name": "Debian GNU/Linux", "type": "OS", "versions": ["12"]})", {}},
+      {R"({"name": "^.*$", "type": "OS", "versions": ["12"]})", {}},
+      {R"({"name": "Windows", "type": "Video", "versions": ["10"]})", {"BL406"}},
+  };
+  testsupport::ExpectCodes(rows);
+}
+
 TEST(VersionsTest, LooksIntoDependencies) {
   const auto findings = testsupport::LintRules(Rule(
-      R"("dependencies": [{"name": "Windows", "type": "OS", "dependencies": [{"name": "B", "type": "OS", "versions": ["5.0-"]}]}])"));
+      R"("dependencies": [{"name": "Linux", "type": "OS", "dependencies": [{"name": "B", "type": "OS", "versions": ["5.0-"]}]}])"));
   ASSERT_EQ(testsupport::Codes(findings), std::vector<std::string>{"BL302"});
   EXPECT_EQ(findings[0].mRule, 0U);
   EXPECT_EQ(findings[0].mRuleName, "A B");

@@ -142,10 +142,14 @@ TEST(JsonTreeTest, TurnsTheParsersPlacesIntoCharacters) {
   json::ParseError error;
   ASSERT_FALSE(json::Parse(text, &error).has_value());
   EXPECT_EQ(error.mColumn, 12U);
-  const authoring::Place place = authoring::TextPlaces(text).AtByteColumn(error.mLine, error.mColumn);
+  const authoring::TextPlaces places(text);
+  const auto offset = places.OffsetOf(error.mLine, error.mColumn);
+  ASSERT_TRUE(offset.has_value());
+  const authoring::Place place = places.At(*offset);
   EXPECT_EQ(place.mLine, 1U);
   EXPECT_EQ(place.mColumn, 9U);
-  EXPECT_EQ(authoring::TextPlaces(text).AtByteColumn(0, 0), authoring::Place());
+  EXPECT_FALSE(places.OffsetOf(0, 0).has_value());
+  EXPECT_FALSE(places.OffsetOf(2, 1).has_value());
 }
 
 TEST(JsonTreeTest, OfEqualKeysTheLastCounts) {
