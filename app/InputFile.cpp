@@ -28,7 +28,8 @@ std::any ParseInputFile(const std::string& path, const std::string& content) {
   if (!value.has_value()) {
     std::string message = path;
     if (error.mLine != 0) {
-      const authoring::Place place = authoring::TextPlaces(content).AtByteColumn(error.mLine, error.mColumn);
+      const authoring::TextPlaces places(content);
+      const authoring::Place place = places.At(places.OffsetOf(error.mLine, error.mColumn).value_or(0));
       message += ", line " + std::to_string(place.mLine) + ", column " + std::to_string(place.mColumn);
     }
     throw UserError(message + ": not JSON: " + error.mMessage);

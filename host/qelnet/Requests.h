@@ -32,8 +32,8 @@ class Requests {
 /// The requests, where libcurl is.
 [[nodiscard]] Requests& CurlRequests();
 
-/// The one function that the library of the requests exports: `CurlRequests`.
-using RequestsFunction = Requests& (*)();
+/// The one function that the library of the requests exports: the address of `CurlRequests`.
+using RequestsFunction = Requests* (*)();
 
 inline constexpr const char* kRequestsFunction = "qelnet_requests_Get";
 

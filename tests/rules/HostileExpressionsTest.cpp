@@ -123,8 +123,8 @@ std::vector<Hostile> ExpressionsBeyondTheBounds() {
 
 std::vector<Hostile> MalformedExpressions() {
   return {
-      {"a bracket without an end", "[" + Repeated("a-z", 1'000), 0, {}},
-      {"a class that nobody knows", "[[:" + Repeated("x", 3'000) + ":]]", 0, {}},
+      {"a bracket without an end", std::string("[") + Repeated("a-z", 1'000), 0, {}},
+      {"a class that nobody knows", std::string("[[:") + Repeated("x", 3'000) + ":]]", 0, {}},
       {"a range the wrong way round", "[z-a]*", 0, {}},
   };
 }

@@ -40,7 +40,7 @@ Requests& Load() {
   if (library == nullptr) Fail();
   void* const function = dlsym(library, kRequestsFunction);
   if (function == nullptr) Fail();
-  return reinterpret_cast<RequestsFunction>(function)();
+  return *reinterpret_cast<RequestsFunction>(function)();
 }
 
 }  // namespace
