@@ -53,11 +53,12 @@ Document::Document(std::string path, std::string text)
 
 void Document::AddNotJson(const json::ParseError& error) {
   const auto offset = mPlaces.OffsetOf(error.mLine, error.mColumn);
-  const auto escape = offset ? FindUnknownEscape(mText, *offset) : std::nullopt;
+  constexpr std::size_t kNone = std::string::npos;
+  const std::size_t escape = offset ? FindUnknownEscape(mText, *offset).value_or(kNone) : kNone;
   std::string mend = "Nothing is read of the list. ";
-  if (escape) {
-    const bool isLetter = static_cast<unsigned char>(mText[*escape + 1]) < 0x80;
-    const std::string written = mText.substr(*escape, isLetter ? 2 : 1);
+  if (escape != kNone) {
+    const bool isLetter = static_cast<unsigned char>(mText[escape + 1]) < 0x80;
+    const std::string written = mText.substr(escape, isLetter ? 2 : 1);
     mend += "A backslash that stands for itself is written twice in JSON: \"\\" + written +
             "\" instead of \"" + written + "\".";
   } else {
@@ -68,7 +69,7 @@ void Document::AddNotJson(const json::ParseError& error) {
   Add(Code::kNotJson, 0,
       "the file is not JSON: " + error.mMessage.substr(0, error.mMessage.find_last_not_of('.') + 1),
       std::move(mend));
-  mFindings.back().mPlace = offset ? mPlaces.At(escape.value_or(*offset)) : Place{};
+  mFindings.back().mPlace = offset ? mPlaces.At(escape != kNone ? escape : *offset) : Place{};
 }
 
 void Document::ReadDefaults() {
