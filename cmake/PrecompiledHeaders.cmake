@@ -1,6 +1,11 @@
 # Headers that nearly every file of a group of targets includes are compiled once for all of them. The sources still
 # include what they use: clang-tidy, and a build with QELSCR_PRECOMPILED_HEADERS=OFF, compile them without.
-option(QELSCR_PRECOMPILED_HEADERS "Compile headers of other projects once for many files" ON)
+# The cross compiler for Windows forgets which of them are the system's, and warns about those.
+set(kCanPrecompile ON)
+if(CMAKE_CROSSCOMPILING)
+  set(kCanPrecompile OFF)
+endif()
+option(QELSCR_PRECOMPILED_HEADERS "Compile headers of other projects once for many files" ${kCanPrecompile})
 
 # Without it ccache does not see which precompiled headers GCC uses, and keeps no such file.
 set(kForCcache $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
