@@ -35,11 +35,13 @@ void RefuseUnreadable(const std::string& path, const std::string& text, const Di
   }
 }
 
-SCRBlocklist ReadText(const std::string& path, const std::string& text) {
+SCRBlocklist ReadText(const std::string& path, std::string text) {
   const Diagnostics diagnostics;
-  SCRBlocklist blocklist(text);
+  SCRBlocklist blocklist(std::move(text));
   const bool isVerified = blocklist.Verify();
-  if (!isVerified || diagnostics.HasProblemIn(kReading)) RefuseUnreadable(path, text, diagnostics);
+  // The text is not kept for this rare case, so that a large one is in memory once.
+  if (!isVerified || diagnostics.HasProblemIn(kReading))
+    RefuseUnreadable(path, ReadInputFile(path), diagnostics);
   // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
   diagnostics.PrintProblems();
   if (!isVerified) {

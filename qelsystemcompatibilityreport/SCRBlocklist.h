@@ -39,6 +39,8 @@ class QELSCR_EXPORT SCRBlocklist {
   /// cannot be read leaves no rules, and the keys after "blocklist" are then not read; a wrong default leaves
   /// the rules. Whether the blocklist is complete is for `Verify` to say.
   explicit SCRBlocklist(const std::string& json);
+  /// The same, without a copy of the text.
+  explicit SCRBlocklist(std::string&& json);
 
   SCRBlocklist(const SCRBlocklist&);
   SCRBlocklist(SCRBlocklist&&) noexcept;
@@ -76,10 +78,13 @@ class QELSCR_EXPORT SCRBlocklist {
   friend struct SCRBlocklistTestAccess;
 
   [[nodiscard]] const RuleList& Rules() const;
-  void Read(const std::string& json);
+  void Read(std::string json);
+  /// Without a dictionary. False, and nothing logged, when anything is not as it should be.
+  [[nodiscard]] bool ReadDirectly(const std::shared_ptr<const qelcore::json::Document>& document);
   void ReadFromDictionary(const std::string& json);
-  /// `document` is what `root` is part of, or null.
-  void ReadDocument(const qelcore::json::View& root,
+  /// Whether there is a version, without which nothing is read. `document` is what `root` is part of, or
+  /// null.
+  bool ReadDocument(const qelcore::json::View& root,
                     const std::shared_ptr<const qelcore::json::Document>& document);
   void ReadDefaults(const qelcore::json::View& defaults);
   [[nodiscard]] const DefaultInfoAndURL& GetDefaultInfoAndURL(OSComponentType kind) const;

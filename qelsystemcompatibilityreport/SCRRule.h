@@ -211,10 +211,13 @@ class QELSCR_EXPORT SCRRule : public OSComponent {
   /// Empties the fields that a rule adds to a component's.
   void Clear();
 
+  /// What becomes of a dependency with a wrong type: it is logged and left empty, or all is given up.
+  enum class WrongDependency { kLog, kThrow };
+
   /// Reads the JSON form as `FromJSON` does, into fields that are empty.
   [[nodiscard]] bool ReadRule(const qelcore::json::View& value);
   /// The same, but throws `TypeError` where that logs.
-  [[nodiscard]] bool ReadFields(const qelcore::json::View& value);
+  [[nodiscard]] bool ReadFields(const qelcore::json::View& value, WrongDependency wrongDependency);
 
   /// `FindMatchingOSComponents` on components that were prepared for many rules.
   [[nodiscard]] std::vector<std::shared_ptr<OSComponent>> FindMatchingCandidates(

@@ -49,6 +49,11 @@ class QELSCR_EXPORT VersionRange {
   /// the maximum's text when there is a maximum. The constructor reads it back to an equal range.
   [[nodiscard]] std::string ToString() const;
 
+  static constexpr std::size_t kLongestText = 2 * OSComponentVersion::kLongestText + 1;
+
+  /// Writes what `ToString` gives to where `kLongestText` characters have room. Returns the text's end.
+  char* WriteTo(char* room) const;
+
   friend bool operator==(const VersionRange& left, const VersionRange& right) {
     return left.mMinVersion == right.mMinVersion && left.mMaxVersion == right.mMaxVersion;
   }

@@ -73,6 +73,11 @@ class QELCORE_EXPORT OSComponentVersion {
   /// written as one "+". The constructor reads it back to an equal version.
   [[nodiscard]] std::string ToString() const;
 
+  static constexpr std::size_t kLongestText = sizeof "4294967295.4294967295.4294967295.4294967295" - 1;
+
+  /// Writes what `ToString` gives to where `kLongestText` characters have room. Returns the text's end.
+  char* WriteTo(char* room) const;
+
   // Comparison part by part, W first; the truth value plays no part.
   friend bool operator==(const OSComponentVersion& left, const OSComponentVersion& right) {
     return left.High() == right.High() && left.Low() == right.Low();
@@ -163,6 +168,19 @@ class QELCORE_EXPORT OSComponent {
 
   /// Reads the JSON form as `OSComponent::FromJSON` does, of a value in memory or of a text.
   [[nodiscard]] bool ReadFrom(const json::View& value);
+
+  /// The members of the JSON form, for a kind of component that looks for them together with its own.
+  struct Members {
+    static constexpr std::array<std::string_view, 5> kKeys{"name", "osc_version", "type", "value", "version"};
+
+    json::View mName;
+    json::View mFormat;
+    json::View mType;
+    json::View mValue;
+    json::View mVersion;
+  };
+
+  [[nodiscard]] bool ReadFrom(const Members& members);
 
   /// The JSON form without "version" and "value".
   [[nodiscard]] std::any ToJSONWithoutVersionOrValue() const;

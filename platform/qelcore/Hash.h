@@ -17,6 +17,7 @@ namespace qelcore {
 /// Room for a mixer's state. Its layout belongs to the core library; callers copy it and nothing else.
 struct HashValueMixerState {
   alignas(64) std::array<unsigned char, 576> mBytes;
+  std::size_t mLength;
 };
 
 /// Brings a state to its start, in which nothing was mixed in.

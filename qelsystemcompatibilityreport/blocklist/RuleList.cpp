@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace qelsystemcompatibilityreport {
 
@@ -23,40 +24,35 @@ std::string DescribeInvalidRule(std::size_t index, const SCRRule& rule) {
 
 RuleList::RuleList(const json::View& array, std::shared_ptr<const json::Document> document)
     : mDocument(std::move(document)) {
-  auto elements = array.Elements();
-  if (!elements) return;
-  mHashes.reserve(elements->size());
-  // One rule is read into again and again, so that its texts keep their room.
-  SCRRule rule;
-  for (const json::View& element : *elements) {
-    const std::size_t index = mHashes.size();
-    rule.Clear();
-    if (!rule.ReadRule(element)) throw std::runtime_error(DescribeInvalidRule(index, rule));
-    qelcore::GetHashResult(rule.Hash(), mHashes.emplace_back());
-    mHasFileRule |= rule.GetType() == OSComponentType::kFile;
-    // A dependency that cannot be read is logged, which must not happen once more.
-    if (mDocument == nullptr || !rule.GetDependencies().empty()) {
-      mKeptRules.emplace_back(index, std::move(rule));
-      rule = SCRRule();
+  const auto elements = array.Elements();
+  if (mDocument != nullptr) {
+    Visit([this](const SCRRule& rule) { Note(rule); });
+  } else if (elements) {
+    mHashes.reserve(elements->size());
+    mRules.reserve(elements->size());
+    for (const json::View& element : *elements) {
+      SCRRule& rule = mRules.emplace_back();
+      if (!rule.ReadRule(element)) throw std::runtime_error(DescribeInvalidRule(mHashes.size(), rule));
+      Note(rule);
     }
   }
-  if (mDocument != nullptr) mElements = std::move(*elements);
+}
+
+void RuleList::Note(const SCRRule& rule) {
+  qelcore::GetHashResult(rule.Hash(), mHashes.emplace_back());
+  mHasFileRule |= rule.GetType() == OSComponentType::kFile;
 }
 
 void RuleList::Visit(const std::function<void(const SCRRule&)>& visit) const {
-  auto kept = mKeptRules.begin();
+  for (const SCRRule& rule : mRules) visit(rule);
+  if (mDocument == nullptr) return;
+  // One rule is read into again and again, so that its texts keep their room.
   SCRRule rule;
-  for (std::size_t index = 0; index < mHashes.size(); ++index) {
-    if (kept != mKeptRules.end() && kept->first == index) {
-      visit(kept->second);
-      ++kept;
-    } else {
-      rule.Clear();
-      // It could be read before; half of a rule would hit too much.
-      if (!rule.ReadRule(mElements[index])) throw std::runtime_error(DescribeInvalidRule(index, rule));
-      visit(rule);
-    }
-  }
+  mDocument->VisitElements([&](const json::View& element) {
+    rule.Clear();
+    if (!rule.ReadFields(element, SCRRule::WrongDependency::kThrow)) throw json::LeftToParse();
+    visit(rule);
+  });
 }
 
 }  // namespace qelsystemcompatibilityreport

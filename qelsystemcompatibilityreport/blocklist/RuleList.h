@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <utility>
 #include <vector>
 
 #include "platform/qelcore/Guid.h"
@@ -17,15 +16,16 @@ using qelcore::Guid;
 
 /// Rules in their order, which do not change.
 ///
-/// Most runs only ask whether anything has changed and need no rule, so rules are not kept where that can be
-/// helped: they are read once for their hashes, and once more, from the document, when somebody visits them.
+/// Most runs only ask whether anything has changed and need no rule, so the rules of a text are not kept:
+/// they are read once for their hashes, and once more when somebody visits them.
 class RuleList {
  public:
   /// No rules.
   RuleList() = default;
 
   /// Reads the elements of an array of rules. Throws `std::runtime_error` when one of them cannot be read.
-  /// `document` is what they are part of; null when they are part of something that does not outlive this.
+  /// `document` is the document whose long array it is, or null. With a document `LeftToParse` or `TypeError`
+  /// is thrown instead, and where something would be logged, too.
   RuleList(const qelcore::json::View& array, std::shared_ptr<const qelcore::json::Document> document);
 
   [[nodiscard]] std::size_t Size() const { return mHashes.size(); }
@@ -36,13 +36,14 @@ class RuleList {
   [[nodiscard]] bool HasFileRule() const { return mHasFileRule; }
 
   /// Shows each rule in their order. A rule that is shown is there for as long as `visit` runs. Throws when
-  /// there is no memory to read a rule again, and what `visit` throws.
+  /// there is no memory to read the rules again, and what `visit` throws.
   void Visit(const std::function<void(const SCRRule&)>& visit) const;
 
  private:
+  void Note(const SCRRule& rule);
+
+  std::vector<SCRRule> mRules;  ///< empty when they are read from a document
   std::shared_ptr<const qelcore::json::Document> mDocument;
-  std::vector<qelcore::json::View> mElements;               ///< of the document; empty without one
-  std::vector<std::pair<std::size_t, SCRRule>> mKeptRules;  ///< by their places, in their order
   std::vector<Guid> mHashes;
   bool mHasFileRule = false;
 };

@@ -50,6 +50,10 @@ SCRBlocklist::SCRBlocklist(const std::string& json) {
   AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist", [&] { Read(json); });
 }
 
+SCRBlocklist::SCRBlocklist(std::string&& json) {
+  AtBoundary("qelsystemcompatibilityreport::SCRBlocklist::SCRBlocklist", [&] { Read(std::move(json)); });
+}
+
 SCRBlocklist::SCRBlocklist(const SCRBlocklist&) = default;
 SCRBlocklist::SCRBlocklist(SCRBlocklist&&) noexcept = default;
 SCRBlocklist& SCRBlocklist::operator=(const SCRBlocklist&) = default;
@@ -61,17 +65,26 @@ const RuleList& SCRBlocklist::Rules() const {
   return mRules ? *mRules : none;
 }
 
-void SCRBlocklist::Read(const std::string& json) {
+void SCRBlocklist::Read(std::string json) {
   mDefaults.resize(kOSComponentTypeCount);
-  const auto document = std::make_shared<const json::Document>(json);
-  if (document->Root().IsThere()) {
-    ReadDocument(document->Root(), document);
-  } else {
-    ReadFromDictionary(json);
+  const auto document = std::make_shared<const json::Document>(std::move(json), kBlocklist);
+  // What is wrong with a document is told as if all of it had been parsed first.
+  if (!ReadDirectly(document)) ReadFromDictionary(document->Text());
+}
+
+bool SCRBlocklist::ReadDirectly(const std::shared_ptr<const json::Document>& document) {
+  try {
+    return document->Root().IsThere() && ReadDocument(document->Root(), document);
+  } catch (const json::LeftToParse&) {
+    return false;
+  } catch (const json::TypeError&) {
+    return false;
   }
 }
 
 void SCRBlocklist::ReadFromDictionary(const std::string& json) {
+  mRules.reset();
+  mDefaults.assign(kOSComponentTypeCount, {});
   json::ParseError error;
   const std::any root = json::Parse(json, &error);
   if (!root.has_value()) {
@@ -83,16 +96,17 @@ void SCRBlocklist::ReadFromDictionary(const std::string& json) {
   ReadDocument(json::View(root), nullptr);
 }
 
-void SCRBlocklist::ReadDocument(const json::View& root,
+bool SCRBlocklist::ReadDocument(const json::View& root,
                                 const std::shared_ptr<const json::Document>& document) {
   const auto [version, rules, defaults, secondWarning] = root.Members(kDocumentKeys);
   // The version is a gate and is not kept. Any number but 0 passes.
   const std::optional<std::uint64_t> number = version.Integer();
-  if (!number || static_cast<std::uint32_t>(*number) == 0) return;
+  if (!number || static_cast<std::uint32_t>(*number) == 0) return false;
   // All or nothing: a list that was damaged in one place is not trusted in the others.
   mRules = std::make_shared<const RuleList>(rules, document);
   ReadDefaults(defaults);
   mSecondWarning = secondWarning.Text().value_or(std::string_view());
+  return true;
 }
 
 void SCRBlocklist::ReadDefaults(const json::View& defaults) {

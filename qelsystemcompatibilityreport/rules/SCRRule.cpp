@@ -1,7 +1,9 @@
 // The rule as a value: construction, equality, identity.
 #include "qelsystemcompatibilityreport/SCRRule.h"
 
+#include <array>
 #include <bit>
+#include <cstddef>
 #include <string_view>
 
 #include "qelsystemcompatibilityreport/rules/PropertyOperator.h"
@@ -18,6 +20,20 @@ namespace {
 
 void MixText(MixHashGuidT<HashValueMixerState>& state, std::string_view text) {
   UpdateHashState(state, text.data(), text.size());
+}
+
+/// The ranges' texts. Several are mixed in together, because each call of the mixer costs more than the
+/// bytes.
+void MixRanges(MixHashGuidT<HashValueMixerState>& state, const std::vector<VersionRange>& ranges) {
+  std::array<char, 4 * VersionRange::kLongestText> room;
+  char* end = room.data();
+  for (const VersionRange& range : ranges) {
+    end = range.WriteTo(end);
+    if (room.data() + room.size() - end >= std::ptrdiff_t{VersionRange::kLongestText}) continue;
+    MixText(state, {room.data(), end});
+    end = room.data();
+  }
+  MixText(state, {room.data(), end});
 }
 
 }  // namespace
@@ -97,7 +113,7 @@ bool SCRRule::operator!=(const SCRRule& other) const {
 
 MixHashGuidT<HashValueMixerState> SCRRule::Hash() const {
   MixHashGuidT<HashValueMixerState> state = OSComponent::Hash();
-  for (const VersionRange& range : mVersions) MixText(state, range.ToString());
+  MixRanges(state, mVersions);
   MixText(state, mInfoMessage);
   MixText(state, mInfoURL);
   for (const SCRRule& dependency : mDependencies) {

@@ -17,6 +17,7 @@ namespace json = qelcore::json;
 
 namespace {
 
+constexpr auto kComponentKeys = OSComponent::Members::kKeys;
 constexpr std::string_view kFormatVersion = "osblc_version";
 constexpr std::string_view kVersions = "versions";
 constexpr std::string_view kMaxVersion = "max_version";
@@ -31,8 +32,11 @@ constexpr std::string_view kErrorLevel = "error_level";
 constexpr std::size_t kMostRangesOnOneThread = 512;
 
 // Sorted, as most documents are.
-constexpr std::array kRuleKeys{kDependencies,  kErrorLevel,  kInfoMessage, kInfoURL, kMaxVersion,
-                               kFormatVersion, kVersionMask, kVersionMod,  kVersions};
+constexpr std::array kRuleKeys{kDependencies,     kErrorLevel,       kInfoMessage,      kInfoURL,
+                               kMaxVersion,       kComponentKeys[0], kFormatVersion,    kComponentKeys[1],
+                               kComponentKeys[2], kComponentKeys[3], kComponentKeys[4], kVersionMask,
+                               kVersionMod,       kVersions};
+static_assert(std::is_sorted(kRuleKeys.begin(), kRuleKeys.end()));
 
 std::string_view TextOrEmpty(const json::View& member) {
   return member.Text().value_or(std::string_view());
@@ -70,14 +74,21 @@ bool SCRRule::FromJSON(const std::any& json) {
 
 bool SCRRule::ReadRule(const json::View& value) {
   return AtBoundary("qelsystemcompatibilityreport::SCRRule::FromJSON", false,
-                    [&] { return ReadFields(value); });
+                    [&] { return ReadFields(value, WrongDependency::kLog); });
 }
 
-bool SCRRule::ReadFields(const json::View& value) {
-  if (!OSComponent::ReadFrom(value)) return false;
+bool SCRRule::ReadFields(const json::View& value, WrongDependency wrongDependency) {
+  if (!value.IsObject()) return OSComponent::ReadFrom(value);
 
-  const auto [dependencies, level, message, url, maxVersion, formatVersion, mask, modulus, versions] =
-      value.Members(kRuleKeys);
+  const auto [dependencies, level, message, url, maxVersion, name, formatVersion, componentFormat, type,
+              propertyValue, version, mask, modulus, versions] = value.Members(kRuleKeys);
+  if (!OSComponent::ReadFrom({.mName = name,
+                              .mFormat = componentFormat,
+                              .mType = type,
+                              .mValue = propertyValue,
+                              .mVersion = version})) {
+    return false;
+  }
   const std::optional<std::uint64_t> format = formatVersion.Integer();
   if (format && static_cast<std::uint32_t>(*format) == 0) return false;
 
@@ -95,7 +106,10 @@ bool SCRRule::ReadFields(const json::View& value) {
       SCRRule& dependency = mDependencies.emplace_back();
       // A dependency that cannot be read is kept as one that matches nothing, so that the rule hits nothing
       // rather than too much.
-      if (!dependency.ReadRule(element)) dependency = SCRRule();
+      const bool isRead = wrongDependency == WrongDependency::kLog
+                              ? dependency.ReadRule(element)
+                              : dependency.ReadFields(element, wrongDependency);
+      if (!isRead) dependency = SCRRule();
     }
   }
   const std::string_view levelText = TextOrEmpty(level);
@@ -138,9 +152,11 @@ void SCRRule::DeserializeProprtyFieldsFromJSON(const json::View& object) {
       SCRPropertyOperator::kIntegerLessOrEqual,
       SCRPropertyOperator::kIntegerGreaterOrEqual,
   };
-  std::array<std::string_view, kReadingOrder.size()> keys;
-  std::transform(kReadingOrder.begin(), kReadingOrder.end(), keys.begin(),
-                 [](SCRPropertyOperator one) { return std::string_view(PropertyOperatorToString(one)); });
+  static const std::array<std::string_view, kReadingOrder.size()> keys = [] {
+    std::array<std::string_view, kReadingOrder.size()> texts;
+    std::transform(kReadingOrder.begin(), kReadingOrder.end(), texts.begin(), PropertyOperatorToString);
+    return texts;
+  }();
   const auto operands = object.Members(keys);
   for (std::size_t index = 0; index < operands.size(); ++index) {
     const auto operand = operands[index].Text();

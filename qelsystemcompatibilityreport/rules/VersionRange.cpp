@@ -37,12 +37,15 @@ bool VersionRange::IsVersionInRange(const OSComponentVersion& version) const {
 }
 
 std::string VersionRange::ToString() const {
-  std::string text = mMinVersion.ToString();
-  if (mMaxVersion) {
-    text += '-';
-    text += mMaxVersion.ToString();
-  }
-  return text;
+  std::array<char, kLongestText> room;
+  return {room.data(), WriteTo(room.data())};
+}
+
+char* VersionRange::WriteTo(char* room) const {
+  room = mMinVersion.WriteTo(room);
+  if (!mMaxVersion) return room;
+  *room++ = '-';
+  return mMaxVersion.WriteTo(room);
 }
 
 }  // namespace qelsystemcompatibilityreport

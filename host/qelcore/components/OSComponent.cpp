@@ -95,26 +95,33 @@ bool OSComponent::FromJSON(const std::any& json) {
 }
 
 bool OSComponent::ReadFrom(const json::View& json) {
+  if (!json.IsObject()) {
+    return ReadFrom(Members());
+  }
+  const auto [name, format, type, value, version] = json.Members(Members::kKeys);
+  return ReadFrom({.mName = name, .mFormat = format, .mType = type, .mValue = value, .mVersion = version});
+}
+
+bool OSComponent::ReadFrom(const Members& members) {
   mType = OSComponentType::kInvalid;
   mName.clear();
   mVersion = {};
   mPropertyValue.clear();
   try {
-    static constexpr std::array kKeys{kNameKey, kFormatKey, kTypeKey, kValueKey, kVersionKey};
-    const auto [nameMember, formatMember, typeMember, valueMember, versionMember] = json.Members(kKeys);
-    const std::optional<std::string_view> name = nameMember.Text();
-    const OSComponentType type = ComponentTypeFromString(typeMember.Text().value_or(std::string_view()));
-    const std::string_view version = versionMember.Text().value_or(std::string_view());
-    const std::string_view value = valueMember.Text().value_or(std::string_view());
+    const std::optional<std::string_view> name = members.mName.Text();
+    const OSComponentType type = ComponentTypeFromString(members.mType.Text().value_or(std::string_view()));
+    const std::string_view version = members.mVersion.Text().value_or(std::string_view());
+    const std::string_view value = members.mValue.Text().value_or(std::string_view());
     // Its value does not matter, its type does.
-    static_cast<void>(formatMember.Integer());
+    static_cast<void>(members.mFormat.Integer());
     if (!name || type == OSComponentType::kInvalid) {
       return false;
     }
-    std::string propertyValue(type == OSComponentType::kProperty ? value : std::string_view());
     mName = *name;
     mVersion = OSComponentVersion(version);
-    mPropertyValue = std::move(propertyValue);
+    if (type == OSComponentType::kProperty) {
+      mPropertyValue = value;
+    }
     mType = type;
     return true;
   } catch (const json::TypeError&) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <system_error>
 
 #include "host/qelcore/files/FileContent.h"
@@ -13,36 +14,24 @@ namespace qelcore {
 namespace host {
 
 std::string ReadToEnd(FileHandle& file, const std::string& path, std::size_t largestSize) {
-  constexpr std::size_t kSmallestBlock = 65'536;
-  const auto tooLarge = [&] {
-    return std::system_error(std::make_error_code(std::errc::file_too_large), path);
+  constexpr std::size_t kBlockLength = 65'536;
+  const auto check = [&](std::uint64_t size) {
+    if (size > largestSize) throw std::system_error(std::make_error_code(std::errc::file_too_large), path);
   };
+  // The length is a hint only: a file may grow while it is read, and some have no length at all.
   const std::uint64_t length = file.Length();
-  if (length > largestSize) {
-    throw tooLarge();
-  }
-  // The length is a hint only: a file may grow while it is read, and some have no length at all. One byte
-  // more than there may be is asked for, to see that there is more.
-  const std::size_t hint = static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestContent));
-  const std::size_t most = largestSize + 1;
+  check(length);
   std::string content;
-  // The JSON parser reads a text in place that has a little room behind its end.
-  constexpr std::size_t kRoomBehind = 64;
-  content.reserve(hint + 1 + kRoomBehind);
-  std::size_t used = 0;
+  content.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(length, kLargestContent)));
+  // Block by block, since room in a string would have to be cleared before it can be read into.
+  const auto block = std::make_unique_for_overwrite<char[]>(kBlockLength);
   for (;;) {
-    if (used == content.size()) {
-      content.resize(std::min(most, std::max({hint + 1, used * 2, kSmallestBlock})));
-    }
-    const std::size_t count = file.Read(content.data() + used, content.size() - used);
-    used += count;
-    if (used > largestSize) {
-      throw tooLarge();
-    }
-    if (count == 0) {
-      content.resize(used);
-      return content;
-    }
+    // One byte more than there may be is asked for, to see that there is more.
+    const std::size_t count =
+        file.Read(block.get(), std::min(kBlockLength, largestSize + 1 - content.size()));
+    if (count == 0) return content;
+    content.append(block.get(), count);
+    check(content.size());
   }
 }
 

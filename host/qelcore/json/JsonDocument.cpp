@@ -2,8 +2,10 @@
 
 #include <bit>
 #include <optional>
+#include <utility>
 
 #include "host/qelcore/json/JsonText.h"
+#include "host/qelcore/json/LongArray.h"
 #include "platform/qelcore/JsonView.h"
 
 namespace qelcore::json {
@@ -12,8 +14,8 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-/// A document takes up to twelve times its text in memory while it is parsed.
-constexpr std::size_t kLongestDocument = 33'554'432;
+/// What is parsed at once takes up to twelve times its text in memory.
+constexpr std::size_t kLongestPart = 33'554'432;
 
 /// Counts as `Parse` does.
 std::size_t CountValues(const dom::element& value) {
@@ -28,40 +30,96 @@ std::size_t CountValues(const dom::element& value) {
   return count;
 }
 
-bool HoldsTooManyValues(std::string_view text, const dom::element& root) {
-  // A value takes two bytes at least.
-  return text.size() / 2 >= kMostValues && CountValues(root) > kMostValues;
-}
+/// Parses a part of a text, again and again in the same memory.
+class PartParser {
+ public:
+  /// The value of a text, which lives until the next one. Nothing when it is not sound or cannot be parsed
+  /// here.
+  std::optional<dom::element> Parse(std::string& text) {
+    if (text.size() > kLongestPart) return std::nullopt;
+    // So much is read behind the end.
+    text.reserve(text.size() + simdjson::SIMDJSON_PADDING);
+    dom::element value;
+    // The parser does not count an innermost array or object that is empty, so it gets one level less.
+    const bool isParsed =
+        (mParser.capacity() >= text.size() ||
+         mParser.allocate(text.size(), kDeepestLevel - 1) == simdjson::SUCCESS) &&
+        mParser.parse_into_document(mDocument, text.data(), text.size(), false).get(value) ==
+            simdjson::SUCCESS;
+    return isParsed ? std::optional(value) : std::nullopt;
+  }
+
+ private:
+  dom::parser mParser{kLongestPart};
+  dom::document mDocument;
+};
 
 }  // namespace
 
 struct Document::Content {
-  dom::document mDocument;
-  std::optional<dom::element> mRoot;
+  PartParser mParser;
+  std::optional<dom::element> mRoot;  ///< in which the long array is empty
+  std::vector<std::size_t> mOffsets;  ///< of the long array's pieces in the text
+
+  void Read(std::string_view text, std::string_view longArray, std::size_t pieceLength, Cutting cutting) {
+    auto offsets = CutLongArray(text, longArray, pieceLength, cutting);
+    if (!offsets) return;
+    std::string rest(text.substr(0, offsets->empty() ? text.size() : offsets->front()));
+    if (!offsets->empty()) rest += text.substr(offsets->back());
+    mRoot = mParser.Parse(rest);
+    mOffsets = std::move(*offsets);
+  }
 };
 
-Document::Document(const std::string& text) {
-  const std::string_view content = WithoutByteOrderMark(text);
-  if (content.size() > kLongestDocument) return;
-  auto parsed = std::make_unique<Content>();
-  const bool isCopied = text.capacity() - text.size() < simdjson::SIMDJSON_PADDING;
-  dom::parser parser(kLongestDocument);
-  dom::element root;
-  // The parser does not count an innermost array or object that is empty, so it gets one level less.
-  if (parser.allocate(content.size(), kDeepestLevel) == simdjson::SUCCESS &&
-      parser.parse_into_document(parsed->mDocument, content.data(), content.size(), isCopied).get(root) ==
-          simdjson::SUCCESS &&
-      !HoldsTooManyValues(content, root)) {
-    parsed->mRoot = root;
-  }
-  mContent = std::move(parsed);
+Document::Document(std::string text, std::string_view longArray, std::size_t pieceLength)
+    : mText(std::move(text)), mContent(std::make_unique<Content>()) {
+  const std::string_view content = WithoutByteOrderMark(mText);
+  if (content.size() > kLongestText) return;
+  mContent->Read(content, longArray, pieceLength, Cutting::kByLines);
+  if (!mContent->mRoot) mContent->Read(content, longArray, pieceLength, Cutting::kSurely);
 }
+
+LeftToParse::LeftToParse() : std::runtime_error("this text has to be parsed as a whole") {}
+LeftToParse::~LeftToParse() = default;
 
 Document::~Document() = default;
 
 View Document::Root() const {
-  if (!mContent || !mContent->mRoot) return {};
-  return View(std::bit_cast<View::Place>(*mContent->mRoot));
+  return mContent->mRoot ? View(std::bit_cast<View::Place>(*mContent->mRoot)) : View();
+}
+
+void Document::VisitElements(const std::function<void(const View&)>& visit) const {
+  const auto check = [](bool isSound) {
+    if (!isSound) throw LeftToParse();
+  };
+  check(mContent->mRoot.has_value());
+  const std::string_view content = WithoutByteOrderMark(mText);
+  // A value takes two bytes at least.
+  const bool countsValues = content.size() / 2 >= kMostValues;
+  std::size_t valueCount = countsValues ? CountValues(*mContent->mRoot) : 0;
+  check(valueCount <= kMostValues);
+  const std::vector<std::size_t>& offsets = mContent->mOffsets;
+  PartParser parser;
+  std::string piece;
+  const auto parse = [&](std::size_t begin, std::size_t end) {
+    piece.assign(1, '[').append(content.substr(begin, end - begin)).append(1, ']');
+    return parser.Parse(piece);
+  };
+  for (std::size_t index = 1; index < offsets.size(); ++index) {
+    const std::size_t begin = offsets[index - 1] + (index > 1 ? 1 : 0);
+    auto parsed = parse(begin, offsets[index]);
+    if (!parsed) {
+      // The cut may have been inside of an element.
+      index = offsets.size() - 1;
+      parsed = parse(begin, offsets[index]);
+    }
+    dom::array elements;
+    check(parsed && parsed->get(elements) == simdjson::SUCCESS);
+    check(elements.size() > 0 || offsets.size() == 2);
+    if (countsValues) valueCount += CountValues(*parsed) - 1;
+    check(valueCount <= kMostValues);
+    for (const dom::element element : elements) visit(View(std::bit_cast<View::Place>(element)));
+  }
 }
 
 }  // namespace qelcore::json

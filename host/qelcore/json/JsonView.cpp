@@ -59,6 +59,11 @@ const char* View::Type() const {
                                      : TypeName(mValue != nullptr ? *mValue : nothing);
 }
 
+bool View::IsObject() const {
+  return mPlace.mDocument != nullptr ? std::bit_cast<dom::element>(mPlace).is_object()
+                                     : Read<Dictionary>(mValue) != nullptr;
+}
+
 void View::ThrowTypeError(const std::string& what, const char* expected) const {
   throw TypeError(what + " is " + Type() + ", expected is " + expected + ".");
 }
@@ -67,38 +72,30 @@ void View::ThrowTypeError(const char* expected) const {
   ThrowTypeError(mKey.empty() ? "The value" : '"' + std::string(mKey) + '"', expected);
 }
 
-namespace {
-
-/// Lengths of keys, as bits; the longest share one.
-std::uint64_t LengthBit(std::string_view key) {
-  return std::uint64_t{1} << std::min<std::size_t>(key.size(), 63);
-}
-
-}  // namespace
-
 void View::FindMembers(const std::string_view* keys, View* members, std::size_t count) const {
-  const std::string_view* const end = keys + count;
   if (const auto fields = Read<dom::object>(mPlace)) {
     // Most documents are sorted by their keys, and callers ask in that order.
-    const std::string_view* likely = keys;
-    std::uint64_t lengths = 0;
-    for (const std::string_view* key = keys; key != end; ++key) lengths |= LengthBit(*key);
+    std::size_t likely = 0;
     for (const auto& field : *fields) {
-      if ((lengths & LengthBit(field.key)) == 0) continue;
-      const bool isLikely = likely != end && *likely == field.key;
-      const std::string_view* const key = isLikely ? likely : std::find(keys, end, field.key);
-      if (key == end) continue;
-      members[key - keys].mPlace = std::bit_cast<Place>(field.value);
-      members[key - keys].mKey = *key;
-      likely = key + 1;
+      const std::string_view key = field.key;
+      std::size_t index = likely;
+      std::size_t left = count;
+      while (left > 0 && keys[index] != key) {
+        index = index + 1 < count ? index + 1 : 0;
+        --left;
+      }
+      if (left == 0) continue;
+      members[index].mPlace = std::bit_cast<Place>(field.value);
+      members[index].mKey = keys[index];
+      likely = index + 1 < count ? index + 1 : 0;
     }
   } else if (const auto* const object = Read<Dictionary>(mValue)) {
     static const std::any nothing;
-    for (const std::string_view* key = keys; key != end; ++key) {
-      const auto member = object->find(*key);
+    for (std::size_t index = 0; index < count; ++index) {
+      const auto member = object->find(keys[index]);
       if (member == object->end()) continue;
-      members[key - keys].mValue = member->second ? member->second.get() : &nothing;
-      members[key - keys].mKey = *key;
+      members[index].mValue = member->second ? member->second.get() : &nothing;
+      members[index].mKey = keys[index];
     }
   } else {
     ThrowTypeError("an object");

@@ -106,10 +106,10 @@ RunResult RunReportOnBlocklistFile(const RunRequest& request, const File& blockl
   } else if (!IsRequested(request.mMode)) {
     return RunResult::kFailed;
   }
-  return RunReport(request, text, priorState, secondWarning);
+  return RunReport(request, std::move(text), priorState, secondWarning);
 }
 
-RunResult RunReport(const RunRequest& request, const std::string& blocklistText, SCRPriorState& priorState,
+RunResult RunReport(const RunRequest& request, std::string blocklistText, SCRPriorState& priorState,
                     std::string& secondWarning) {
   const bool blocklistIsMissing = blocklistText.empty();
   if (blocklistIsMissing && !IsRequested(request.mMode)) return RunResult::kFailed;
@@ -124,7 +124,7 @@ RunResult RunReport(const RunRequest& request, const std::string& blocklistText,
   std::vector<SCRIssue> issues;
   bool foundNew = false;
   if (!blocklistIsMissing) {
-    const SCRBlocklist blocklist(blocklistText);
+    const SCRBlocklist blocklist(std::move(blocklistText));
     secondWarning = blocklist.GetSecondWarning();
     if (!IsRequested(request.mMode) && !HasSeriousIssues() &&
         !blocklist.NeedsRematch(*registry, priorState.mLastMatchJob)) {

@@ -72,7 +72,7 @@ struct RunRequest {
 
 /// The worker: matches, resolves against `priorState`, counts, presents. An empty text is a missing
 /// blocklist. May throw.
-[[nodiscard]] RunResult RunReport(const RunRequest& request, const std::string& blocklistText,
+[[nodiscard]] RunResult RunReport(const RunRequest& request, std::string blocklistText,
                                   SCRPriorState& priorState, std::string& secondWarning);
 
 }  // namespace qelsystemcompatibilityreport

@@ -17,12 +17,13 @@ constexpr std::string_view kNamespace = "qelsystemcompatibilityreport::";
 
 /// Exported with their classes, and called by other functions of these alone.
 constexpr const char* kPrivate =
-    "SCRBlocklist::Read SCRBlocklist::ReadFromDictionary SCRBlocklist::ReadDocument SCRBlocklist::Rules "
+    "SCRBlocklist::Read SCRBlocklist::ReadDirectly SCRBlocklist::ReadFromDictionary "
+    "SCRBlocklist::ReadDocument SCRBlocklist::Rules "
     "SCRBlocklist::ReadDefaults SCRBlocklist::GetDefaultInfoAndURL SCRBlocklist::IdentifyMatch "
     "SCRBlocklist::FindIssues SCRRule::Clear SCRRule::Explain SCRRule::ReadRule SCRRule::ReadFields "
     "SCRRule::FindMatchingCandidates "
     "SCRRule::AdoptInfoIfNeeded SCRRule::DeserializeVersionFieldsFromJSON "
-    "SCRRule::DeserializeProprtyFieldsFromJSON SCRRule::FindMatchingFileComponent";
+    "SCRRule::DeserializeProprtyFieldsFromJSON SCRRule::FindMatchingFileComponent VersionRange::WriteTo";
 
 std::string OutputOf(const std::string& command) {
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
