@@ -16,8 +16,15 @@ class Program:
         self.walls = []
         self.processors = []
 
+    def prepare(self):
+        """What has to be done before each run."""
+
+    def check(self, output):
+        """Raises an error when a run did not do what is to be measured."""
+
     def run(self):
         """Runs once and returns what was printed; an unexpected exit code is an error."""
+        self.prepare()
         with tempfile.TemporaryFile() as output:
             begin = time.perf_counter()
             process = subprocess.Popen(self.command, stdin=subprocess.DEVNULL, stdout=output)
@@ -28,7 +35,16 @@ class Program:
             if process.returncode not in self.exit_codes:
                 raise RuntimeError(f"{self.name} ended with {process.returncode}: {' '.join(self.command)}")
             output.seek(0)
-            return output.read().decode()
+            text = output.read().decode()
+            self.check(text)
+            return text
+
+    def observe(self, observer):
+        """Runs once under a function that takes the command, and returns a figure and what was printed."""
+        self.prepare()
+        figure, text = observer(self.command)
+        self.check(text)
+        return figure
 
     def forget(self):
         self.walls.clear()

@@ -1,7 +1,9 @@
 // The steps of a run, measured by Google Benchmark; its options are those of every such program.
 //
 //   steps --benchmark_format=json               all steps on lists and machines of all sizes
-//   steps once STEP RULES COMPONENTS            one step once, for tools that count instructions
+//   steps once RULES COMPONENTS                 each step once, for tools that count instructions; prints
+//   their
+//                                               names in the order of their turns
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -89,13 +91,18 @@ void Measure(benchmark::State& state, const benchmarks::Step& step, std::size_t 
   state.counters["allocations"] = static_cast<double>(allocated);
 }
 
+/// What does not look at the machine is measured with the smallest one only.
+bool IsMeasured(const benchmarks::Step& step, std::size_t components) {
+  return step.mDependsOnComponents || components == 30;
+}
+
 void RegisterAll() {
   for (const std::size_t rules : {100, 1'000, 10'000, 100'000}) {
     for (const std::size_t components : {30, 300, 3'000}) {
       // Seven million issues would take more memory than most machines have.
       if (rules * components > 30'000'000) continue;
       for (const benchmarks::Step& step : benchmarks::AllSteps()) {
-        if (components != 30 && !step.mDependsOnComponents) continue;
+        if (!IsMeasured(step, components)) continue;
         const std::string name =
             std::string(step.mName) + '/' + std::to_string(rules) + '/' + std::to_string(components);
         benchmark::RegisterBenchmark(name.c_str(), [&step, rules, components](benchmark::State& state) {
@@ -106,15 +113,15 @@ void RegisterAll() {
   }
 }
 
-int RunOnce(const std::string& name, std::size_t rules, std::size_t components) {
+void RunEachOnce(std::size_t rules, std::size_t components) {
   benchmarks::StepData data(rules, components);
   for (const benchmarks::Step& step : benchmarks::AllSteps()) {
-    if (name != step.mName) continue;
+    if (!IsMeasured(step, components)) continue;
+    // The next step shall not do the work of giving back what the last one left.
+    malloc_trim(0);
     benchmark::DoNotOptimize(RunMeasured(step, data));
-    return 0;
+    std::puts(step.mName);
   }
-  std::fprintf(stderr, "there is no step \"%s\"\n", name.c_str());
-  return 2;
 }
 
 }  // namespace
@@ -122,8 +129,9 @@ int RunOnce(const std::string& name, std::size_t rules, std::size_t components) 
 int main(int count, char** texts) {
   // The lists hold no malformed expressions, but a large list uses up the time for expressions.
   const benchmarks::LoggedExceptions logged;
-  if (count == 5 && std::string(texts[1]) == "once") {
-    return RunOnce(texts[2], std::stoul(texts[3]), std::stoul(texts[4]));
+  if (count == 4 && std::string(texts[1]) == "once") {
+    RunEachOnce(std::stoul(texts[2]), std::stoul(texts[3]));
+    return 0;
   }
   RegisterAll();
   benchmark::Initialize(&count, texts);
