@@ -25,7 +25,7 @@ void MixText(MixHashGuidT<HashValueMixerState>& state, std::string_view text) {
 /// The ranges' texts. Several are mixed in together, because each call of the mixer costs more than the
 /// bytes.
 void MixRanges(MixHashGuidT<HashValueMixerState>& state, const std::vector<VersionRange>& ranges) {
-  std::array<char, 4 * VersionRange::kLongestText> room;
+  std::array<char, 4 * VersionRange::kLongestText> room{};
   char* end = room.data();
   for (const VersionRange& range : ranges) {
     end = range.WriteTo(end);

@@ -37,7 +37,7 @@ bool VersionRange::IsVersionInRange(const OSComponentVersion& version) const {
 }
 
 std::string VersionRange::ToString() const {
-  std::array<char, kLongestText> room;
+  std::array<char, kLongestText> room{};
   return {room.data(), WriteTo(room.data())};
 }
 

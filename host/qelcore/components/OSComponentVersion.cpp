@@ -51,7 +51,7 @@ OSComponentVersion::OSComponentVersion(std::string_view text) {
 }
 
 std::string OSComponentVersion::ToString() const {
-  std::array<char, kLongestText> room;
+  std::array<char, kLongestText> room{};
   return {room.data(), WriteTo(room.data())};
 }
 
