@@ -2,7 +2,6 @@
 
 #include <wx/dialog.h>
 #include <wx/scrolwin.h>
-#include <wx/timer.h>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +18,8 @@ namespace {
 constexpr int kEdge = 2;      // room at the window's edge, in usual borders
 constexpr int kGroupGap = 2;  // between what stands in the dialog itself
 constexpr double kMilliseconds = 1000;
+/// All captions are gone through, which must not happen again and again while a long list grows.
+constexpr int kMnemonicsDelay = 100;  // milliseconds
 
 }  // namespace
 
@@ -31,7 +32,7 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
 
   void Notify() override {
     // A tick may open another dialog, which must not be ticked into again.
-    if (mIsTicking) return;
+    if (mIsTicking || mDialog.mIsClosing) return;
     const auto keepAlive = shared_from_this();
     mIsTicking = true;
     mDialog.RunGuarded([this] { mOnTick(mTimer); });
@@ -67,6 +68,7 @@ NativeDialog::NativeDialog(OS_Window* parent)
     }
   });
   mDialog->Bind(wxEVT_CHAR_HOOK, &NativeDialog::OnKey, this);
+  mMnemonicsTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { AssignMnemonics(); });
 }
 
 NativeDialog::~NativeDialog() {
@@ -99,6 +101,7 @@ void NativeDialog::RunModal() {
   for (const auto& [id, timer] : mTimers) timer->Begin();
   mDialog->ShowModal();
   for (const auto& [id, timer] : mTimers) timer->Stop();
+  mMnemonicsTimer.Stop();
   mLevel.reset();
   mChosen = nullptr;
   if (mException) std::rethrow_exception(std::exchange(mException, nullptr));
@@ -163,8 +166,8 @@ void NativeDialog::LayOutSoon() {
   mDialog->CallAfter([this] {
     mIsLayoutPosted = false;
     LayOutNow();
-    AssignMnemonics();
     KeepFocusUsable();
+    mMnemonicsTimer.StartOnce(kMnemonicsDelay);
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <wx/gdicmn.h>
+#include <wx/timer.h>
 
 #include <exception>
 #include <map>
@@ -86,6 +87,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   wxSize mChosenSize;  ///< of the content, before the user changed it
   std::map<TimerID, std::shared_ptr<TickTimer>> mTimers;
   TimerID mLastTimer = 0;
+  wxTimer mMnemonicsTimer;           ///< runs from a change on, until the captions get their letters anew
   std::optional<ModalLevel> mLevel;  ///< while it runs
   bool mIsClosing = false;
   bool mIsLayoutPosted = false;

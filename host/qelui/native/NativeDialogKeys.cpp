@@ -66,14 +66,9 @@ bool NativeDialog::HandleKey(const wxKeyEvent& event) {
 }
 
 NativeControl* NativeDialog::FocusedControl() {
-  const wxWindow* const focused = wxWindow::FindFocus();
-  if (focused == nullptr) return nullptr;
-  NativeControl* innermost = nullptr;
-  for (NativeControl* const control : AllControls()) {
-    wxWindow& window = control->GetWindow();
-    if (&window == focused || window.IsDescendant(const_cast<wxWindow*>(focused))) innermost = control;
-  }
-  return innermost;
+  wxWindow* const focused = wxWindow::FindFocus();
+  const bool isHere = focused != nullptr && wxGetTopLevelParent(focused) == mDialog;
+  return isHere ? NativeControl::Find(focused) : nullptr;
 }
 
 bool NativeDialog::IsTabStop(const NativeControl& control) const {

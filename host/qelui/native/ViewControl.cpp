@@ -50,6 +50,7 @@ Added& ViewControl::Add(Arguments&&... arguments) {
   mItems.push_back(std::move(item));
   NativeControl& control = added;
   SetContainerOf(control);
+  MakeFindable(control);
   mControls.push_back(&control);
   mLayout.Add(added);
   ContentChanged();
@@ -124,14 +125,14 @@ void ViewControl::ForEachControl(const std::function<void(NativeControl&)>& visi
   }
 }
 
-int ViewControl::CountShown() const {
-  return static_cast<int>(std::count_if(mControls.begin(), mControls.end(),
-                                        [](const NativeControl* control) { return control->IsShown(); }));
-}
-
 void ViewControl::ContentChanged() {
   mMeasured = {};
   NativeControl::ContentChanged();
+}
+
+void ViewControl::InnerChanged(const NativeControl& inner) {
+  mLayout.ForgetItem(inner);
+  ContentChanged();
 }
 
 void ViewControl::PaintBorder() {

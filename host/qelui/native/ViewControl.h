@@ -38,7 +38,7 @@ class ViewControl final : public ControlOf<View> {
   void ForEachControl(const std::function<void(NativeControl&)>& visit);
 
   /// How many of the controls that stand in the view itself are shown.
-  [[nodiscard]] int CountShown() const;
+  [[nodiscard]] int CountShown() const { return mLayout.CountShown(); }
 
   [[nodiscard]] int GetMinimumWidth() override;
   [[nodiscard]] int GetPreferredWidth() override;
@@ -61,6 +61,7 @@ class ViewControl final : public ControlOf<View> {
   template <class Added, class... Arguments>
   Added& Add(Arguments&&... arguments);
   void ContentChanged() override;
+  void InnerChanged(const NativeControl& inner) override;
   void PaintBorder();
 
   wxPanel* mPanel;
