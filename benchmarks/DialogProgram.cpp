@@ -172,9 +172,9 @@ class Frames {
   }
 
   void ScrollOn() {
-    GtkWidget* const scrolled = FindScrolled(mWindow);
-    if (scrolled == nullptr) return Close();
-    GtkAdjustment* const adjustment = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scrolled));
+    if (mScrolled == nullptr) mScrolled = FindScrolled(mWindow);
+    if (mScrolled == nullptr) return Close();
+    GtkAdjustment* const adjustment = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(mScrolled));
     const double page = gtk_adjustment_get_page_size(adjustment);
     const double place = gtk_adjustment_get_value(adjustment);
     const double end = gtk_adjustment_get_upper(adjustment) - page;
@@ -190,6 +190,7 @@ class Frames {
   void Close() { gtk_window_close(GTK_WINDOW(mWindow)); }
 
   GtkWidget* mWindow = nullptr;
+  GtkWidget* mScrolled = nullptr;
   std::size_t mMissingRows;
   LoopWatch mLoop;
   StopWatch mSinceRequest;

@@ -71,44 +71,6 @@ void Grow(std::vector<int>& lengths, const std::vector<bool>& grows, int rest) {
 
 }  // namespace
 
-void StackLayout::ForgetItem(const LayoutItem& item) {
-  // Mostly it is the last one, to which more is added.
-  const auto place = std::find(mItems.rbegin(), mItems.rend(), &item);
-  const auto number = static_cast<std::size_t>(mItems.rend() - place);
-  const auto forget = [number](auto& known) {
-    if (known.mCount >= number) known = {};
-  };
-  forget(mMemory.mShown);
-  forget(mMemory.mMinimumWidth);
-  forget(mMemory.mPreferredWidth);
-  forget(mMemory.mTakesHeight);
-  forget(mMemory.mColumn);
-  for (KnownHeight& height : mMemory.mHeights) forget(height.mHeight);
-}
-
-template <class Combine>
-int StackLayout::CarryOn(Known& known, const Combine& combine) const {
-  for (; known.mCount < mItems.size(); ++known.mCount) {
-    LayoutItem& item = *mItems[known.mCount];
-    if (item.IsShown()) known.mValue = combine(known.mValue, item);
-  }
-  return known.mValue;
-}
-
-StackLayout::Known& StackLayout::HeightAt(int width) const {
-  for (KnownHeight& height : mMemory.mHeights) {
-    if (height.mWidth == width) return height.mHeight;
-  }
-  KnownHeight& height = mMemory.mHeights[mMemory.mNextHeight];
-  mMemory.mNextHeight = (mMemory.mNextHeight + 1) % mMemory.mHeights.size();
-  height = {width, {}};
-  return height.mHeight;
-}
-
-int StackLayout::CountShown() const {
-  return CarryOn(mMemory.mShown, [](int count, const LayoutItem&) { return count + 1; });
-}
-
 std::vector<LayoutItem*> StackLayout::ShownItems() const {
   std::vector<LayoutItem*> shown;
   std::copy_if(mItems.begin(), mItems.end(), std::back_inserter(shown),
@@ -121,21 +83,18 @@ bool StackLayout::GoesAcrossIn(int width) const {
 }
 
 int StackLayout::GetMinimumWidth() const {
-  if (mDirection == Direction::kDown) {
-    return CarryOn(mMemory.mMinimumWidth,
-                   [](int width, LayoutItem& item) { return std::max(width, item.GetMinimumWidth()); });
-  }
   const std::vector<LayoutItem*> items = ShownItems();
-  return Sum(Widths(items, &LayoutItem::GetMinimumWidth)) + Gaps(items, mGap);
+  return Together(Widths(items, &LayoutItem::GetMinimumWidth), Gaps(items, mGap));
 }
 
 int StackLayout::GetPreferredWidth() const {
-  if (mDirection == Direction::kDown) {
-    return CarryOn(mMemory.mPreferredWidth,
-                   [](int width, LayoutItem& item) { return std::max(width, item.GetPreferredWidth()); });
-  }
   const std::vector<LayoutItem*> items = ShownItems();
-  return Sum(Widths(items, &LayoutItem::GetPreferredWidth)) + Gaps(items, mGap);
+  return Together(Widths(items, &LayoutItem::GetPreferredWidth), Gaps(items, mGap));
+}
+
+int StackLayout::Together(const std::vector<int>& widths, int gaps) const {
+  if (mDirection == Direction::kAcross) return Sum(widths) + gaps;
+  return widths.empty() ? 0 : *std::max_element(widths.begin(), widths.end());
 }
 
 std::vector<int> StackLayout::WidthsAcross(const std::vector<LayoutItem*>& items, int width) const {
@@ -168,14 +127,6 @@ int StackLayout::Height(int width, const HeightOf& heightOf) const {
 }
 
 int StackLayout::GetPreferredHeight(int width) const {
-  if (mDirection == Direction::kDown) {
-    const int height = CarryOn(HeightAt(width), [&](int above, LayoutItem& item) {
-      const int itemWidth = WidthInColumn(item, item.GetPreferredWidth(), width);
-      return above + item.GetPreferredHeight(itemWidth) + mGap;
-    });
-    // There is no gap below the last one.
-    return std::max(0, height - mGap);
-  }
   return Height(width, [](LayoutItem& item, int itemWidth) { return item.GetPreferredHeight(itemWidth); });
 }
 
@@ -184,39 +135,15 @@ int StackLayout::GetMinimumHeight(int width) const {
 }
 
 bool StackLayout::TakesHeight() const {
-  return CarryOn(mMemory.mTakesHeight, [](int takes, const LayoutItem& item) {
-           return takes != 0 || item.TakesHeight() ? 1 : 0;
-         }) != 0;
+  const std::vector<LayoutItem*> items = ShownItems();
+  return std::any_of(items.begin(), items.end(), [](const LayoutItem* item) { return item->TakesHeight(); });
 }
 
 void StackLayout::Place(const Rectangle& rectangle) const {
-  const bool isColumn = mDirection == Direction::kDown && !mKeepsLastAtEnd && !TakesHeight() &&
-                        GetPreferredHeight(rectangle.mWidth) <= rectangle.mHeight;
-  if (isColumn) {
-    PlaceColumn(rectangle);
-    return;
-  }
-  mMemory.mColumn = {};
   if (GoesAcrossIn(rectangle.mWidth)) {
     PlaceAcross(rectangle);
   } else {
     PlaceDown(rectangle);
-  }
-}
-
-void StackLayout::PlaceColumn(const Rectangle& rectangle) const {
-  Column& column = mMemory.mColumn;
-  const bool isSame =
-      column.mLeft == rectangle.mLeft && column.mTop == rectangle.mTop && column.mWidth == rectangle.mWidth;
-  if (!isSame || column.mCount == 0)
-    column = {0, rectangle.mLeft, rectangle.mTop, rectangle.mWidth, rectangle.mTop};
-  for (; column.mCount < mItems.size(); ++column.mCount) {
-    LayoutItem& item = *mItems[column.mCount];
-    if (!item.IsShown()) continue;
-    const int width = WidthInColumn(item, item.GetPreferredWidth(), column.mWidth);
-    const int height = item.GetPreferredHeight(width);
-    item.Place({column.mLeft, column.mNextTop, width, height});
-    column.mNextTop += height + mGap;
   }
 }
 

@@ -2,8 +2,6 @@
 // there is. Plain arithmetic in pixels, without a toolkit.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -54,22 +52,15 @@ class LayoutItem {
 
 /// Lays items out in one direction. Items across a row stand in its middle or at its top. A row that is too
 /// narrow for what is in it goes down instead.
-///
-/// A layout that goes down remembers what it found out about its first items, and where it placed them, until
-/// it is told that one of them changed: a list that grows at its end costs no more when it is long.
 class StackLayout {
  public:
   StackLayout(Direction direction, int gap) : mDirection(direction), mGap(gap) {}
 
   void Add(LayoutItem& item) { mItems.push_back(&item); }
 
-  /// The item has to be measured and placed anew.
-  void ForgetItem(const LayoutItem& item);
-
   /// Puts height that nobody takes before the last item instead of after it.
   void KeepLastAtEnd() { mKeepsLastAtEnd = true; }
 
-  [[nodiscard]] int CountShown() const;
   [[nodiscard]] int GetMinimumWidth() const;
   [[nodiscard]] int GetPreferredWidth() const;
   [[nodiscard]] int GetPreferredHeight(int width) const;
@@ -80,54 +71,18 @@ class StackLayout {
  private:
   using HeightOf = std::function<int(LayoutItem&, int width)>;
 
-  /// What was found out about so many of the first items.
-  struct Known {
-    std::size_t mCount = 0;
-    int mValue = 0;
-  };
-
-  /// The height of the first items, with the gaps below them, at a width.
-  struct KnownHeight {
-    int mWidth = 0;
-    Known mHeight;
-  };
-
-  /// So many of the first items stand below one another in a column, each as high as it likes.
-  struct Column {
-    std::size_t mCount = 0;
-    int mLeft = 0;
-    int mTop = 0;
-    int mWidth = 0;
-    int mNextTop = 0;
-  };
-
-  struct Memory {
-    Known mShown;
-    Known mMinimumWidth;
-    Known mPreferredWidth;
-    Known mTakesHeight;
-    std::array<KnownHeight, 4> mHeights;
-    std::size_t mNextHeight = 0;  ///< to be replaced
-    Column mColumn;
-  };
-
-  /// Carries `known` on to the last item, where each that is shown makes a new value of the one before.
-  template <class Combine>
-  int CarryOn(Known& known, const Combine& combine) const;
-  [[nodiscard]] Known& HeightAt(int width) const;
   [[nodiscard]] std::vector<LayoutItem*> ShownItems() const;
+  [[nodiscard]] int Together(const std::vector<int>& widths, int gaps) const;
   [[nodiscard]] bool GoesAcrossIn(int width) const;
   [[nodiscard]] std::vector<int> WidthsAcross(const std::vector<LayoutItem*>& items, int width) const;
   [[nodiscard]] int Height(int width, const HeightOf& heightOf) const;
   void PlaceAcross(const Rectangle& rectangle) const;
   void PlaceDown(const Rectangle& rectangle) const;
-  void PlaceColumn(const Rectangle& rectangle) const;
 
   Direction mDirection;
   int mGap;
   bool mKeepsLastAtEnd = false;
   std::vector<LayoutItem*> mItems;
-  mutable Memory mMemory;
 };
 
 }  // namespace qelui::native

@@ -31,14 +31,10 @@ void NativeControl::SetShown(bool shown) {
 
 void NativeControl::ContentChanged() {
   if (mContainer != nullptr) {
-    mContainer->InnerChanged(*this);
+    mContainer->ContentChanged();
   } else {
     mHost.LayOutSoon();
   }
-}
-
-void NativeControl::InnerChanged(const NativeControl& /*inner*/) {
-  ContentChanged();
 }
 
 }  // namespace qelui::native

@@ -67,8 +67,6 @@ class NativeControl : public LayoutItem {
   void SetShown(bool shown);
   /// Forgets what was measured and asks for a new layout.
   virtual void ContentChanged();
-  /// A control that this one holds changed.
-  virtual void InnerChanged(const NativeControl& inner);
 
   /// Called when the control is shown or hidden.
   virtual void ShownChanged() {}

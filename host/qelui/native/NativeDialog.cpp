@@ -50,7 +50,7 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
 NativeDialog::NativeDialog(OS_Window* parent)
     : mDialog(new wxDialog(ToNative(parent), wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                            wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER)),
-      mArea(std::make_unique<ScrollArea>(*this, *mDialog, kGroupGap)) {
+      mArea(std::make_unique<ScrollArea>(*this, *mDialog, kGroupGap, ViewRole::kPlain)) {
   MarkAsDialog(*mDialog);
   mArea->GetView().SetPadding(kEdge);
   mArea->GetView().KeepLastAtEnd();

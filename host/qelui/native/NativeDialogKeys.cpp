@@ -16,10 +16,10 @@ namespace {
 
 /// The row of a scroll view that the control is in; null when it is in none.
 const NativeControl* RowOf(const NativeControl* control) {
-  while (control != nullptr && control->GetContainer() != nullptr) {
-    const NativeControl* const view = control->GetContainer();
-    if (dynamic_cast<const ScrollControl*>(view->GetContainer()) != nullptr) return control;
-    control = view;
+  while (control != nullptr) {
+    const auto* const view = dynamic_cast<const ViewControl*>(control->GetContainer());
+    if (view != nullptr && view->IsGroup()) return control;
+    control = control->GetContainer();
   }
   return nullptr;
 }

@@ -32,9 +32,9 @@ int TopWithin(const wxWindow& outer, const wxWindow& inner) {
 
 }  // namespace
 
-ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders)
+ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders, ViewRole role)
     : mWindow(new Window(parent)),
-      mView(std::make_unique<ViewControl>(host, *mWindow, Direction::kDown, gapInBorders)) {
+      mView(std::make_unique<ViewControl>(host, *mWindow, Direction::kDown, gapInBorders, role)) {
   ShowScrollBarsAlways(*mWindow);
   mWindow->SetScrollRate(0, mWindow->GetCharHeight());
   mWindow->Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent& event) {

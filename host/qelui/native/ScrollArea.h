@@ -12,7 +12,7 @@ namespace qelui::native {
 
 class ScrollArea {
  public:
-  ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders);
+  ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders, ViewRole role);
   ~ScrollArea();
   ScrollArea(const ScrollArea&) = delete;
   ScrollArea& operator=(const ScrollArea&) = delete;

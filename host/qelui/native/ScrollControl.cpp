@@ -19,13 +19,13 @@ constexpr int kMostScreens = 2;
 }  // namespace
 
 ScrollControl::ScrollControl(ControlHost& host, wxWindow& parent, const std::u16string& name)
-    : ScrollControl(host, std::make_unique<ScrollArea>(host, parent, 1)) {
+    : ScrollControl(host, std::make_unique<ScrollArea>(host, parent, 1, ViewRole::kList)) {
   SetAccessibleName(name);
 }
 
 ScrollControl::ScrollControl(ControlHost& host, std::unique_ptr<ScrollArea> area)
     : ControlOf<ScrollView>(host, &area->GetWindow()), mArea(std::move(area)) {
-  SetContainerOf(mArea->GetView());
+  SetContainerOf(GetContent());
 }
 
 Size ScrollControl::MeasureContent() {
