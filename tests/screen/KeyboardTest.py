@@ -18,11 +18,17 @@ class LongReportTest(WindowTest):
         self.start("show")
         self.report = self.window(TITLE)
         self.pane = self.report.find("scroll pane", TITLE)
-        # The content of the pane has nothing but the rows.
-        content = self.pane
-        while len(content.children()) != RULE_COUNT:
-            content = content.children()[0]
-        self.rows = content.children()
+        # Most rows come after the window.
+        self.rows = wait_for("all rows", self.find_rows)
+
+    def find_rows(self):
+        """The rows in their order when all are there, or else None. They are all that has a name in the pane's panels."""
+        rows = []
+        inner = self.pane.children()
+        while inner and not rows:
+            rows = [part for part in inner if part.role == "panel" and part.name]
+            inner = [child for part in inner for child in part.children()]
+        return rows if len(rows) == RULE_COUNT else None
 
     def button(self, row):
         return next(part for part in self.rows[row].children() if part.role == "push button")

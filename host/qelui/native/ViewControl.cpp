@@ -171,6 +171,7 @@ bool ViewControl::IsShown() const {
 }
 
 int ViewControl::CountShown() const {
+  if (mMeasured.mShownCount) return *mMeasured.mShownCount;
   int count = 0;
   for (const NativeControl* const control : mControls) {
     if (mRole == ViewRole::kList) {
@@ -179,6 +180,7 @@ int ViewControl::CountShown() const {
       ++count;
     }
   }
+  mMeasured.mShownCount = count;
   return count;
 }
 

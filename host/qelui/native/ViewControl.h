@@ -67,6 +67,7 @@ class ViewControl final : public ControlOf<View> {
     std::optional<int> mMinimumWidth;
     std::optional<int> mPreferredWidth;
     std::optional<bool> mTakesHeight;
+    std::optional<int> mShownCount;
     WidthCache mPreferredHeights;
     WidthCache mMinimumHeights;
   };

@@ -196,6 +196,28 @@ std::vector<wxWindow*> ShownDescendants(const wxWindow& window) {
   return shown;
 }
 
+wxScrolledWindow* FindList() {
+  for (wxWindow* const window : ShownDescendants(*TopWindow())) {
+    auto* const list = dynamic_cast<wxScrolledWindow*>(window);
+    // The outermost one holds everything.
+    if (list != nullptr && list->GetParent() != TopWindow()) return list;
+  }
+  return nullptr;
+}
+
+std::vector<wxWindow*> FindRowButtons() {
+  std::vector<wxWindow*> buttons;
+  for (wxWindow* const window : ShownDescendants(*FindList())) {
+    if (dynamic_cast<wxButton*>(window) != nullptr) buttons.push_back(window);
+  }
+  return buttons;
+}
+
+bool IsSeen(const wxWindow& window, const wxWindow& within) {
+  return wxRect(within.ClientToScreen(wxPoint(0, 0)), within.GetClientSize())
+      .Contains(window.GetScreenRect());
+}
+
 std::vector<wxWindow*> FindTexts() {
   std::vector<wxWindow*> texts;
   for (wxWindow* const window : ShownDescendants(*TopWindow())) {
