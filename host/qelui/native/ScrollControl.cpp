@@ -64,10 +64,13 @@ int ScrollControl::GetPreferredWidth() {
 }
 
 int ScrollControl::GetPreferredHeight(int width) {
-  // No dialog becomes that high, so it need not be known how much higher it would have to be.
-  const int least = GetContent().CountShown() * GetWindow().GetCharHeight();
-  if (least > kMostScreens * wxGetDisplaySize().GetHeight()) return least;
-  return GetContent().GetPreferredHeight(width);
+  // No dialog becomes that high, so it need not be known how much higher it would have to be. A line for each
+  // row, or texts that do not wrap, tell it sooner than texts that are wrapped at one more width.
+  const int enough = kMostScreens * wxGetDisplaySize().GetHeight();
+  const int lines = GetContent().CountShown() * GetWindow().GetCharHeight();
+  if (lines > enough) return lines;
+  const int unwrapped = GetContent().GetPreferredHeight(GetContent().GetPreferredWidth());
+  return unwrapped > enough ? unwrapped : GetContent().GetPreferredHeight(width);
 }
 
 int ScrollControl::GetMinimumHeight(int width) {
