@@ -26,8 +26,7 @@ using Clock = std::chrono::steady_clock;
 /// More rows than a usual screen can show, so that the dialog's first frame looks the same as with all.
 constexpr std::size_t kRowsAtOnce = 40;
 
-// A tick must leave the time until the next one to the frames that show its rows: some systems draw only when
-// no timer is due.
+// What is left between two ticks belongs to the user's input and to the frames that show the rows.
 constexpr double kSecondsBetweenTicks = 0.02;
 constexpr std::chrono::milliseconds kTimeOfTick{8};
 /// However fast they are made: a few rows at a time scroll in calmly.

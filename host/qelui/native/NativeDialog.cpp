@@ -28,15 +28,15 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
   TickTimer(NativeDialog& dialog, TimerID timer, int interval, std::function<void(TimerID)> onTick)
       : mDialog(dialog), mTimer(timer), mInterval(interval), mOnTick(std::move(onTick)) {}
 
-  void Begin() { Start(mInterval); }
+  void Begin() { StartOnce(mInterval); }
 
   void Notify() override {
-    // A tick may open another dialog, which must not be ticked into again.
-    if (mIsTicking || mDialog.mIsClosing) return;
+    if (mDialog.mIsClosing) return;
     const auto keepAlive = shared_from_this();
-    mIsTicking = true;
     mDialog.RunGuarded([this] { mOnTick(mTimer); });
-    mIsTicking = false;
+    // Only now, so that a tick that opens another dialog is not ticked into again, and ticks that are slow
+    // leave time for frames: GTK draws when no timer is due.
+    if (mDialog.mLevel && mDialog.mTimers.count(mTimer) > 0) Begin();
   }
 
  private:
@@ -44,7 +44,6 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
   TimerID mTimer;
   int mInterval;
   std::function<void(TimerID)> mOnTick;
-  bool mIsTicking = false;
 };
 
 NativeDialog::NativeDialog(OS_Window* parent)

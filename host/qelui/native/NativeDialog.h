@@ -21,8 +21,8 @@ namespace qelui::native {
 class ScrollControl;
 
 /// A dialog. Tab goes through the controls in the order of adding; arrow and page keys scroll the list that
-/// the focus is in, or else the first one; F7 lets Tab stop at texts too; Ctrl+C copies the selection, or
-/// without one the row that has the focus.
+/// the focus is in, or else the first one; after the End key a list that grows stays at its end; F7 lets Tab
+/// stop at texts too; Ctrl+C copies the selection, or without one the row that has the focus.
 class NativeDialog final : public DialogWindow, public ControlHost {
  public:
   explicit NativeDialog(OS_Window* parent);

@@ -161,6 +161,8 @@ void ViewControl::ForEachControl(const std::function<void(NativeControl&)>& visi
 void ViewControl::ContentChanged() {
   mMeasured = {};
   mPlacedSize.reset();
+  // The window of a group without anything to show would be left where it was.
+  if (IsGroup()) mPanel->Show(IsShown());
   NativeControl::ContentChanged();
 }
 

@@ -261,6 +261,14 @@ TEST_F(GrowingListTest, ManyRowsThatAreHiddenTogetherTakeNoPlace) {
     const int usual = distance(0, 1);
     for (std::size_t row = 40; row < 155; ++row) dialog.mRows[row]->SetVisible(false);
     EXPECT_TRUE(WaitUntil([&] { return FindRowButtons().size() == 45 && distance(39, 40) == usual; }));
+    const std::vector<wxWindow*> shown = ShownDescendants(*FindList());
+    for (std::size_t index = 1; index < shown.size(); ++index) {
+      if (shown[index]->GetParent() == shown[index - 1]->GetParent()) {
+        EXPECT_FALSE(shown[index]->GetRect().Intersects(shown[index - 1]->GetRect()));
+      }
+    }
+    for (std::size_t row = 60; row < 110; ++row) dialog.mRows[row]->SetVisible(true);
+    EXPECT_TRUE(WaitUntil([&] { return FindRowButtons().size() == 95 && distance(39, 40) == usual; }));
     dialog.Close();
   });
 }

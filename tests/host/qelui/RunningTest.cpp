@@ -4,6 +4,7 @@
 #include <wx/log.h>
 #include <wx/toplevel.h>
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -50,6 +51,31 @@ TEST_F(RunningTest, ATimerTicksUntilItIsRemoved) {
   });
   EXPECT_EQ(ticks, 3);
   EXPECT_EQ(seen, timer);
+}
+
+TEST_F(RunningTest, ATickThatTakesLongerThanItsTimerLeavesTimeForOtherThings) {
+  TimedDialog dialog;
+  int ticks = 0;
+  dialog.mOnTimer = [&](TimerID) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(15);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+    ++ticks;
+  };
+  dialog.InstallTimer(0.01);
+  RunWith(dialog, [&] {
+    bool isIdle = false;
+    g_idle_add(
+        +[](gpointer idle) -> gboolean {
+          *static_cast<bool*>(idle) = true;
+          return G_SOURCE_REMOVE;
+        },
+        &isIdle);
+    ticks = 0;
+    EXPECT_TRUE(WaitUntil([&] { return isIdle || ticks > 20; }));
+    EXPECT_TRUE(isIdle);
+    dialog.Close();
+  });
 }
 
 TEST_F(RunningTest, TimersTickOnlyWhileTheDialogRuns) {
