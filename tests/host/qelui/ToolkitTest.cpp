@@ -176,6 +176,7 @@ void RunWith(UI_Dialog& dialog, const std::function<void()>& script) {
 
 wxWindow* FindButton(const std::string& caption, wxWindow* within) {
   if (within == nullptr) within = TopWindow();
+  if (within == nullptr) return nullptr;
   if (dynamic_cast<wxButton*>(within) != nullptr &&
       wxControl::RemoveMnemonics(within->GetLabel()) == wxString::FromUTF8(caption))
     return within;
