@@ -160,7 +160,7 @@ class QELUI_EXPORT ScrollView : public Control {
   /// Moves the content so that the control is seen, its beginning if it is larger.
   virtual void ScrollIntoView(const Control& control) = 0;
 
-  /// Lays the content out anew, after it was changed.
+  /// Lays the content out anew, after it was changed. What is in view stays there.
   virtual void Update() = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "qelsystemcompatibilityreport/dialogs/SCRDialog.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <utility>
 
@@ -18,18 +19,34 @@ using qelcore::filesupport::File;
 using qelcore::string::UTF8to16;
 using qelui::Direction;
 
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// More rows than a usual screen can show, so that the dialog's first frame looks the same as with all.
+constexpr std::size_t kRowsAtOnce = 40;
+
+// What is left between two ticks belongs to the user's input and to the frames that show the rows.
+constexpr double kSecondsBetweenTicks = 0.02;
+constexpr std::chrono::milliseconds kTimeOfTick{8};
+/// However fast they are made: a few rows at a time scroll in calmly.
+constexpr std::size_t kMostRowsOfTick = 8;
+
+}  // namespace
+
 SCRDialog::SCRDialog(qelui::DrawSupplier& drawSupplier, qelui::OS_Window* parent,
                      const std::u16string& applicationName, std::vector<SCRIssue> issues,
                      WriteReport writeReport, bool blocklistIsMissing)
     : SCRDialogBase(drawSupplier, parent), mIssues(std::move(issues)), mWriteReport(std::move(writeReport)) {
-  const ReportDialogContent content = MakeReportDialogContent(applicationName, mIssues, blocklistIsMissing);
+  ReportDialogContent content = MakeReportDialogContent(applicationName, mIssues, blocklistIsMissing);
   mTitle = content.mTitle;
   mIsSerious = content.mIsSerious;
   SetTitle(content.mCaption);
   AddHead(content);
-  AddRows(content, drawSupplier);
+  AddList(content, drawSupplier);
   AddButtons(content);
-  ShowRows();
+  mRows = std::move(content.mRows);
+  ShowFirstRows();
 }
 
 void SCRDialog::AddHead(const ReportDialogContent& content) {
@@ -43,22 +60,16 @@ void SCRDialog::AddHead(const ReportDialogContent& content) {
   texts.AddText(content.mNote).SetVisible(mIsSerious);
 }
 
-void SCRDialog::AddRows(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier) {
+void SCRDialog::AddList(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier) {
   dialogutils::SCRBorderedSubView list(GetContentView(), Direction::kDown);
   list.GetView().SetTakesSpace(true);
   if (content.mRows.empty()) {
     list.GetView().AddText(content.mInstead);
     return;
   }
-  int buttonWidth = 0;
   for (const std::u16string& caption : content.mActionCaptions)
-    buttonWidth = std::max(buttonWidth, drawSupplier.MeasureButton(caption));
-
+    mRowButtonWidth = std::max(mRowButtonWidth, drawSupplier.MeasureButton(caption));
   mScrollView = &list.GetView().AddScrollView(content.mTitle);
-  for (std::size_t index = 0; index < content.mRows.size(); ++index) {
-    mIssueViews.emplace_back(mScrollView->GetContentView(), content.mRows[index], buttonWidth,
-                             [this, index] { OnIssueAction(mIssues[index]); });
-  }
 }
 
 void SCRDialog::AddButtons(const ReportDialogContent& content) {
@@ -81,13 +92,43 @@ void SCRDialog::AddButtons(const ReportDialogContent& content) {
   SetCloseControl(mIsSerious ? goOn : ok);
 }
 
-void SCRDialog::ShowRows() {
+void SCRDialog::ShowFirstRows() {
   if (mScrollView == nullptr) return;
+  mIssueViews.reserve(mRows.size());
+  while (mIssueViews.size() < std::min(mRows.size(), kRowsAtOnce)) AddRow();
   const qelui::Size size = mScrollView->MeasureContent();
   qelui::OS_DialogUtils::SetContentSize(*this, size);
   mScrollView->SetScrollBarSize(size);
   mScrollView->ScrollIntoView(mIssueViews.front().GetView());
   mScrollView->Update();
+  if (mIssueViews.size() < mRows.size()) mRowTimer = InstallTimer(kSecondsBetweenTicks);
+}
+
+void SCRDialog::AddRow() {
+  const std::size_t index = mIssueViews.size();
+  mIssueViews.emplace_back(mScrollView->GetContentView(), mRows[index], mRowButtonWidth,
+                           [this, index] { OnIssueAction(mIssues[index]); });
+}
+
+void SCRDialog::OnTimer(qelui::TimerID timer) {
+  if (timer != mRowTimer) {
+    SCRDialogBase::OnTimer(timer);
+    return;
+  }
+  AddMoreRows();
+  if (mIssueViews.size() == mRows.size()) RemoveTimer(timer);
+}
+
+// The scroll bar grows with the rows. One that knew the length before would lead to places where nothing is.
+void SCRDialog::AddMoreRows() {
+  const Clock::time_point end = Clock::now() + kTimeOfTick;
+  const std::size_t most = std::min(mRows.size(), mIssueViews.size() + kMostRowsOfTick);
+  while (mIssueViews.size() < most) {
+    AddRow();
+    // Placing a row takes as long as making it, and is a part of the tick.
+    mScrollView->Update();
+    if (Clock::now() >= end) return;
+  }
 }
 
 void SCRDialog::OnIssueAction(const SCRIssue& issue) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,8 @@ class SCRDialogBase : public qelui::UI_Dialog {
 };
 
 /// Lists issues, opens their links, and exports the report. An empty `writeReport` means that there is
-/// nothing to export.
+/// nothing to export. The first rows are there when the dialog opens, as many as a screen shows; a timer adds
+/// the others a few at a time, so that a long list keeps nobody waiting.
 class SCRDialog final : public SCRDialogBase {
  public:
   SCRDialog(qelui::DrawSupplier& drawSupplier, qelui::OS_Window* parent,
@@ -32,9 +34,12 @@ class SCRDialog final : public SCRDialogBase {
 
  private:
   void AddHead(const ReportDialogContent& content);
-  void AddRows(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier);
+  void AddList(const ReportDialogContent& content, qelui::DrawSupplier& drawSupplier);
   void AddButtons(const ReportDialogContent& content);
-  void ShowRows();
+  void ShowFirstRows();
+  void AddRow();
+  void AddMoreRows();
+  void OnTimer(qelui::TimerID timer) override;
 
   void OnIssueAction(const SCRIssue& issue);
   void OnExport();
@@ -44,8 +49,11 @@ class SCRDialog final : public SCRDialogBase {
   std::vector<SCRIssue> mIssues;
   WriteReport mWriteReport;
   bool mIsSerious;
-  qelui::ScrollView* mScrollView = nullptr;
-  std::vector<SCRIssueView> mIssueViews;
+  qelui::ScrollView* mScrollView = nullptr;  ///< null without rows
+  int mRowButtonWidth = 0;
+  std::vector<ReportDialogRow> mRows;
+  std::vector<SCRIssueView> mIssueViews;    ///< of the rows that are there, which are the first ones
+  std::optional<qelui::TimerID> mRowTimer;  ///< while rows come
 };
 
 }  // namespace qelsystemcompatibilityreport

@@ -9,7 +9,9 @@ LONG_TEXT = "This text goes on and on, so that it takes many lines, whatever the
 VISITED_ROWS = 40
 
 
-class LongReportTest(WindowTest):
+class OpenedReport(WindowTest):
+    """A long report, most of whose rows come after its window."""
+
     def setUp(self):
         super().setUp()
         rules = [rule("Linux", "WARN", f"Number {number:03}. {LONG_TEXT if number % 10 == 0 else ''}",
@@ -18,11 +20,27 @@ class LongReportTest(WindowTest):
         self.start("show")
         self.report = self.window(TITLE)
         self.pane = self.report.find("scroll pane", TITLE)
-        # The content of the pane has nothing but the rows.
-        content = self.pane
-        while len(content.children()) != RULE_COUNT:
-            content = content.children()[0]
-        self.rows = content.children()
+
+    def find_rows(self):
+        """The rows in their order when all are there, or else None. They are all that has a name in the pane's panels."""
+        rows = []
+        inner = self.pane.children()
+        while inner and not rows:
+            rows = [part for part in inner if part.role == "panel" and part.name]
+            inner = [child for part in inner for child in part.children()]
+        return rows if len(rows) == RULE_COUNT else None
+
+    def close(self):
+        press_keys("Escape")
+        self.expect_end()
+
+
+class LongReportTest(OpenedReport):
+    """The same with all of its rows."""
+
+    def setUp(self):
+        super().setUp()
+        self.rows = wait_for("all rows", self.find_rows)
 
     def button(self, row):
         return next(part for part in self.rows[row].children() if part.role == "push button")
@@ -36,9 +54,24 @@ class LongReportTest(WindowTest):
         self.assertTrue(part.is_showing())
         wait_for(f"{part} to be scrolled into view", lambda: part.is_within(self.pane))
 
-    def close(self):
-        press_keys("Escape")
-        self.expect_end()
+
+class ComingRows(OpenedReport):
+    def test_end_key_leads_to_the_last_row(self):
+        press_keys("End")
+        rows = wait_for("all rows", self.find_rows)
+        wait_for("the last row in view", lambda: rows[-1].is_within(self.pane))
+        self.picture("end")
+        self.close()
+
+    def test_first_row_stays_in_view(self):
+        top = self.pane.rectangle()[1]
+        rows = wait_for("all rows", self.find_rows)
+        self.assertTrue(top <= rows[0].rectangle()[1] < top + 50, rows[0].rectangle())
+        self.assertTrue(all(row.name.startswith(f"{number}. WARN") for number, row in enumerate(rows, 1)))
+        self.close()
+
+    def test_closes_at_once(self):
+        self.close()
 
 
 class LongReport(LongReportTest):

@@ -2,7 +2,7 @@
 
 #include <wx/crt.h>
 
-#include <algorithm>
+#include <map>
 #include <set>
 
 namespace qelui::native {
@@ -34,11 +34,13 @@ std::optional<std::size_t> Find(const wxString& caption, const Letters& taken, b
 
 std::vector<std::optional<std::size_t>> ChooseMnemonics(const std::vector<wxString>& captions) {
   std::vector<std::optional<std::size_t>> mnemonics(captions.size());
+  std::map<wxString, int> counts;
+  for (const wxString& caption : captions) ++counts[caption];
   Letters taken;
   for (const bool firstOfWordOnly : {true, false}) {
     for (std::size_t index = 0; index < captions.size(); ++index) {
       const wxString& caption = captions[index];
-      if (mnemonics[index] || std::count(captions.begin(), captions.end(), caption) > 1) continue;
+      if (mnemonics[index] || counts[caption] > 1) continue;
       mnemonics[index] = Find(caption, taken, firstOfWordOnly);
       if (mnemonics[index]) taken.insert(Lower(caption[*mnemonics[index]]));
     }

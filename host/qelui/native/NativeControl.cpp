@@ -4,6 +4,15 @@
 
 namespace qelui::native {
 
+void NativeControl::MakeFindable(NativeControl& inner) {
+  inner.mWindow->SetClientData(&inner);
+}
+
+NativeControl* NativeControl::Find(const wxWindow* window) {
+  while (window != nullptr && window->GetClientData() == nullptr) window = window->GetParent();
+  return window != nullptr ? static_cast<NativeControl*>(window->GetClientData()) : nullptr;
+}
+
 void NativeControl::Place(const Rectangle& rectangle) {
   mWindow->SetSize(rectangle.mLeft, rectangle.mTop, rectangle.mWidth, rectangle.mHeight);
 }

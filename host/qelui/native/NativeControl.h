@@ -51,6 +51,9 @@ class NativeControl : public LayoutItem {
   /// The text that the control shows to be read, for copying.
   [[nodiscard]] virtual wxString GetReadableText() const { return {}; }
 
+  /// The innermost control of a view whose window that is, or is in; null when there is none.
+  [[nodiscard]] static NativeControl* Find(const wxWindow* window);
+
   /// The control that this one is in; null for a window's outermost view.
   [[nodiscard]] NativeControl* GetContainer() const { return mContainer; }
 
@@ -70,6 +73,9 @@ class NativeControl : public LayoutItem {
 
   /// Makes this the control that holds `inner`, and hears of its changes.
   void SetContainerOf(NativeControl& inner) { inner.mContainer = this; }
+
+  /// Lets `Find` find `inner`.
+  static void MakeFindable(NativeControl& inner);
 
  private:
   ControlHost& mHost;

@@ -2,7 +2,6 @@
 
 #include <wx/dialog.h>
 #include <wx/scrolwin.h>
-#include <wx/timer.h>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +18,8 @@ namespace {
 constexpr int kEdge = 2;      // room at the window's edge, in usual borders
 constexpr int kGroupGap = 2;  // between what stands in the dialog itself
 constexpr double kMilliseconds = 1000;
+/// All captions are gone through, which must not happen again and again while a long list grows.
+constexpr int kMnemonicsDelay = 300;  // milliseconds
 
 }  // namespace
 
@@ -27,15 +28,15 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
   TickTimer(NativeDialog& dialog, TimerID timer, int interval, std::function<void(TimerID)> onTick)
       : mDialog(dialog), mTimer(timer), mInterval(interval), mOnTick(std::move(onTick)) {}
 
-  void Begin() { Start(mInterval); }
+  void Begin() { StartOnce(mInterval); }
 
   void Notify() override {
-    // A tick may open another dialog, which must not be ticked into again.
-    if (mIsTicking) return;
+    if (mDialog.mIsClosing) return;
     const auto keepAlive = shared_from_this();
-    mIsTicking = true;
     mDialog.RunGuarded([this] { mOnTick(mTimer); });
-    mIsTicking = false;
+    // Only now, so that a tick that opens another dialog is not ticked into again, and ticks that are slow
+    // leave time for frames: GTK draws when no timer is due.
+    if (mDialog.mLevel && mDialog.mTimers.count(mTimer) > 0) Begin();
   }
 
  private:
@@ -43,13 +44,12 @@ class NativeDialog::TickTimer final : public wxTimer, public std::enable_shared_
   TimerID mTimer;
   int mInterval;
   std::function<void(TimerID)> mOnTick;
-  bool mIsTicking = false;
 };
 
 NativeDialog::NativeDialog(OS_Window* parent)
     : mDialog(new wxDialog(ToNative(parent), wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                            wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER)),
-      mArea(std::make_unique<ScrollArea>(*this, *mDialog, kGroupGap)) {
+      mArea(std::make_unique<ScrollArea>(*this, *mDialog, kGroupGap, ViewRole::kPlain)) {
   MarkAsDialog(*mDialog);
   mArea->GetView().SetPadding(kEdge);
   mArea->GetView().KeepLastAtEnd();
@@ -67,6 +67,7 @@ NativeDialog::NativeDialog(OS_Window* parent)
     }
   });
   mDialog->Bind(wxEVT_CHAR_HOOK, &NativeDialog::OnKey, this);
+  mMnemonicsTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { AssignMnemonics(); });
 }
 
 NativeDialog::~NativeDialog() {
@@ -99,6 +100,7 @@ void NativeDialog::RunModal() {
   for (const auto& [id, timer] : mTimers) timer->Begin();
   mDialog->ShowModal();
   for (const auto& [id, timer] : mTimers) timer->Stop();
+  mMnemonicsTimer.Stop();
   mLevel.reset();
   mChosen = nullptr;
   if (mException) std::rethrow_exception(std::exchange(mException, nullptr));
@@ -163,8 +165,8 @@ void NativeDialog::LayOutSoon() {
   mDialog->CallAfter([this] {
     mIsLayoutPosted = false;
     LayOutNow();
-    AssignMnemonics();
     KeepFocusUsable();
+    mMnemonicsTimer.StartOnce(kMnemonicsDelay);
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <wx/gdicmn.h>
+#include <wx/timer.h>
 
 #include <exception>
 #include <map>
@@ -20,8 +21,8 @@ namespace qelui::native {
 class ScrollControl;
 
 /// A dialog. Tab goes through the controls in the order of adding; arrow and page keys scroll the list that
-/// the focus is in, or else the first one; F7 lets Tab stop at texts too; Ctrl+C copies the selection, or
-/// without one the row that has the focus.
+/// the focus is in, or else the first one; after the End key a list that grows stays at its end; F7 lets Tab
+/// stop at texts too; Ctrl+C copies the selection, or without one the row that has the focus.
 class NativeDialog final : public DialogWindow, public ControlHost {
  public:
   explicit NativeDialog(OS_Window* parent);
@@ -86,6 +87,7 @@ class NativeDialog final : public DialogWindow, public ControlHost {
   wxSize mChosenSize;  ///< of the content, before the user changed it
   std::map<TimerID, std::shared_ptr<TickTimer>> mTimers;
   TimerID mLastTimer = 0;
+  wxTimer mMnemonicsTimer;           ///< runs from a change on, until the captions get their letters anew
   std::optional<ModalLevel> mLevel;  ///< while it runs
   bool mIsClosing = false;
   bool mIsLayoutPosted = false;

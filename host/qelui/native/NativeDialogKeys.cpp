@@ -16,10 +16,10 @@ namespace {
 
 /// The row of a scroll view that the control is in; null when it is in none.
 const NativeControl* RowOf(const NativeControl* control) {
-  while (control != nullptr && control->GetContainer() != nullptr) {
-    const NativeControl* const view = control->GetContainer();
-    if (dynamic_cast<const ScrollControl*>(view->GetContainer()) != nullptr) return control;
-    control = view;
+  while (control != nullptr) {
+    const auto* const view = dynamic_cast<const ViewControl*>(control->GetContainer());
+    if (view != nullptr && view->IsGroup()) return control;
+    control = control->GetContainer();
   }
   return nullptr;
 }
@@ -66,14 +66,9 @@ bool NativeDialog::HandleKey(const wxKeyEvent& event) {
 }
 
 NativeControl* NativeDialog::FocusedControl() {
-  const wxWindow* const focused = wxWindow::FindFocus();
-  if (focused == nullptr) return nullptr;
-  NativeControl* innermost = nullptr;
-  for (NativeControl* const control : AllControls()) {
-    wxWindow& window = control->GetWindow();
-    if (&window == focused || window.IsDescendant(const_cast<wxWindow*>(focused))) innermost = control;
-  }
-  return innermost;
+  wxWindow* const focused = wxWindow::FindFocus();
+  const bool isHere = focused != nullptr && wxGetTopLevelParent(focused) == mDialog;
+  return isHere ? NativeControl::Find(focused) : nullptr;
 }
 
 bool NativeDialog::IsTabStop(const NativeControl& control) const {

@@ -41,6 +41,9 @@ wxSize NativeDialog::RoomForHiddenTrees() {
 }
 
 void NativeDialog::ChooseSize() {
+  // Once it is open, what comes into a content whose size was told has to scroll: a dialog that changes its
+  // size while rows come disturbs its reader.
+  if (mLevel && mContentSize) return;
   ViewControl& view = mArea->GetView();
   const wxSize limit = Limit(*mDialog);
   const wxSize trees = RoomForHiddenTrees();

@@ -32,9 +32,9 @@ int TopWithin(const wxWindow& outer, const wxWindow& inner) {
 
 }  // namespace
 
-ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders)
+ScrollArea::ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders, ViewRole role)
     : mWindow(new Window(parent)),
-      mView(std::make_unique<ViewControl>(host, *mWindow, Direction::kDown, gapInBorders)) {
+      mView(std::make_unique<ViewControl>(host, *mWindow, Direction::kDown, gapInBorders, role)) {
   ShowScrollBarsAlways(*mWindow);
   mWindow->SetScrollRate(0, mWindow->GetCharHeight());
   mWindow->Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent& event) {
@@ -54,6 +54,8 @@ int ScrollArea::GetBarWidth() const {
 }
 
 void ScrollArea::LayOut(const std::function<int(int width)>& needed) {
+  // The wheel and the scroll bar scroll elsewhere, too.
+  const bool isAtEnd = mEnd && *mEnd == GetPosition();
   const wxSize size = mWindow->GetSize();
   int width = std::max(0, size.GetWidth() - GetBarWidth());
   int height = needed(width);
@@ -69,6 +71,7 @@ void ScrollArea::LayOut(const std::function<int(int width)>& needed) {
   SetLength(height);
   const wxPoint origin = mWindow->CalcScrolledPosition(wxPoint(0, 0));
   mView->Place({origin.x, origin.y, width, std::max(height, size.GetHeight())});
+  if (isAtEnd) ScrollToEnd();
 }
 
 void ScrollArea::SetLength(int height) {
@@ -80,12 +83,14 @@ int ScrollArea::GetPosition() const {
 }
 
 void ScrollArea::SetPosition(int position) {
+  mEnd.reset();
   int unit = 0;
   mWindow->GetScrollPixelsPerUnit(nullptr, &unit);
   if (unit > 0) mWindow->Scroll(-1, std::max(0, position) / unit);
 }
 
 void ScrollArea::ScrollToShow(const wxWindow& inside) {
+  mEnd.reset();
   int unit = 0;
   mWindow->GetScrollPixelsPerUnit(nullptr, &unit);
   const int top = TopWithin(*mWindow, inside);
@@ -115,6 +120,7 @@ void ScrollArea::ScrollToTop() {
 
 void ScrollArea::ScrollToEnd() {
   SetPosition(mWindow->GetVirtualSize().GetHeight());
+  mEnd = GetPosition();
 }
 
 }  // namespace qelui::native

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "host/qelui/native/ViewControl.h"
 
@@ -11,7 +12,7 @@ namespace qelui::native {
 
 class ScrollArea {
  public:
-  ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders);
+  ScrollArea(ControlHost& host, wxWindow& parent, int gapInBorders, ViewRole role);
   ~ScrollArea();
   ScrollArea(const ScrollArea&) = delete;
   ScrollArea& operator=(const ScrollArea&) = delete;
@@ -27,6 +28,7 @@ class ScrollArea {
   /// Scrolls by lines of text and by pages, downwards when positive.
   void ScrollBy(int lines, int pages);
   void ScrollToTop();
+  /// The end stays in view while the view grows, until something else is scrolled to.
   void ScrollToEnd();
 
   /// The focus goes to a window inside, which needs no scrolling, as when the whole window is activated.
@@ -43,6 +45,7 @@ class ScrollArea {
 
   wxScrolledWindow* mWindow;  ///< belongs to its parent window
   std::unique_ptr<ViewControl> mView;
+  std::optional<int> mEnd;  ///< the position that was the end, when the end is what was scrolled to
   const wxWindow* mLastFocused = nullptr;  ///< to compare with, not to look into
 };
 

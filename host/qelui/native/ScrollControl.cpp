@@ -19,13 +19,13 @@ constexpr int kMostScreens = 2;
 }  // namespace
 
 ScrollControl::ScrollControl(ControlHost& host, wxWindow& parent, const std::u16string& name)
-    : ScrollControl(host, std::make_unique<ScrollArea>(host, parent, 1)) {
+    : ScrollControl(host, std::make_unique<ScrollArea>(host, parent, 1, ViewRole::kList)) {
   SetAccessibleName(name);
 }
 
 ScrollControl::ScrollControl(ControlHost& host, std::unique_ptr<ScrollArea> area)
     : ControlOf<ScrollView>(host, &area->GetWindow()), mArea(std::move(area)) {
-  SetContainerOf(mArea->GetView());
+  SetContainerOf(GetContent());
 }
 
 Size ScrollControl::MeasureContent() {
@@ -64,10 +64,13 @@ int ScrollControl::GetPreferredWidth() {
 }
 
 int ScrollControl::GetPreferredHeight(int width) {
-  // No dialog becomes that high, so it need not be known how much higher it would have to be.
-  const int least = GetContent().CountShown() * GetWindow().GetCharHeight();
-  if (least > kMostScreens * wxGetDisplaySize().GetHeight()) return least;
-  return GetContent().GetPreferredHeight(width);
+  // No dialog becomes that high, so it need not be known how much higher it would have to be. A line for each
+  // row, or texts that do not wrap, tell it sooner than texts that are wrapped at one more width.
+  const int enough = kMostScreens * wxGetDisplaySize().GetHeight();
+  const int lines = GetContent().CountShown() * GetWindow().GetCharHeight();
+  if (lines > enough) return lines;
+  const int unwrapped = GetContent().GetPreferredHeight(GetContent().GetPreferredWidth());
+  return unwrapped > enough ? unwrapped : GetContent().GetPreferredHeight(width);
 }
 
 int ScrollControl::GetMinimumHeight(int width) {

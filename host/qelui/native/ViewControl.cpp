@@ -22,6 +22,23 @@ namespace {
 constexpr int kGapAcross = 2;
 constexpr int kPaddingInsideBorder = 2;
 
+constexpr int kGapDown = 1;
+
+constexpr std::size_t kGroupSize = 50;
+
+/// Nothing in a row waits for the moments in which nothing else is to be done, and to tell thousands of
+/// controls of each of them would take most of the time.
+class GroupPanel final : public wxPanel {
+ public:
+  explicit GroupPanel(wxWindow& parent) : wxPanel(&parent) {}
+
+  bool SendIdleEvents(wxIdleEvent& /*event*/) override { return false; }
+};
+
+wxPanel* MakePanel(wxWindow& parent, ViewRole role) {
+  return role == ViewRole::kGroup ? new GroupPanel(parent) : new wxPanel(&parent);
+}
+
 /// A line that is seen on the background and does not shout, in light themes and dark ones.
 wxColour LineColour(const wxWindow& window) {
   constexpr double kShareOfText = 0.3;
@@ -34,26 +51,41 @@ wxColour LineColour(const wxWindow& window) {
 
 }  // namespace
 
-ViewControl::ViewControl(ControlHost& host, wxWindow& parent, Direction direction, int gapInBorders)
-    : ControlOf<View>(host, new wxPanel(&parent)),
+ViewControl::ViewControl(ControlHost& host, wxWindow& parent, Direction direction, int gapInBorders,
+                         ViewRole role)
+    : ControlOf<View>(host, MakePanel(parent, role)),
       mPanel(static_cast<wxPanel*>(&GetWindow())),
       mDirection(direction),
+      mRole(role),
       mLayout(direction,
               (direction == Direction::kAcross ? kGapAcross : gapInBorders) * UsualBorder(parent)) {}
 
 ViewControl::~ViewControl() = default;
 
+ViewControl& ViewControl::Destination() {
+  if (mRole != ViewRole::kList) return *this;
+  auto* const last = mControls.empty() ? nullptr : static_cast<ViewControl*>(mControls.back());
+  if (last != nullptr && last->mItems.size() < kGroupSize) return *last;
+  return Append<ViewControl>(Direction::kDown, kGapDown, ViewRole::kGroup);
+}
+
 template <class Added, class... Arguments>
-Added& ViewControl::Add(Arguments&&... arguments) {
+Added& ViewControl::Append(Arguments&&... arguments) {
   auto item = std::make_unique<Added>(Host(), *mPanel, std::forward<Arguments>(arguments)...);
   Added& added = *item;
   mItems.push_back(std::move(item));
   NativeControl& control = added;
   SetContainerOf(control);
+  if (mRole != ViewRole::kList) MakeFindable(control);
   mControls.push_back(&control);
   mLayout.Add(added);
   ContentChanged();
   return added;
+}
+
+template <class Added, class... Arguments>
+Added& ViewControl::Add(Arguments&&... arguments) {
+  return Destination().template Append<Added>(std::forward<Arguments>(arguments)...);
 }
 
 StaticText& ViewControl::AddText(const std::u16string& text) {
@@ -81,7 +113,7 @@ Tree& ViewControl::AddTree(std::size_t columnCount, const std::u16string& name) 
 }
 
 View& ViewControl::AddView(Direction direction) {
-  return Add<ViewControl>(direction);
+  return Add<ViewControl>(direction, kGapDown, ViewRole::kPlain);
 }
 
 ScrollView& ViewControl::AddScrollView(const std::u16string& name) {
@@ -89,9 +121,10 @@ ScrollView& ViewControl::AddScrollView(const std::u16string& name) {
 }
 
 void ViewControl::AddSpace() {
-  mItems.push_back(std::make_unique<Space>(mDirection));
-  mLayout.Add(*mItems.back());
-  ContentChanged();
+  ViewControl& destination = Destination();
+  destination.mItems.push_back(std::make_unique<Space>(mDirection));
+  destination.mLayout.Add(*destination.mItems.back());
+  destination.ContentChanged();
 }
 
 void ViewControl::SetTakesSpace(bool takesSpace) {
@@ -117,21 +150,40 @@ void ViewControl::SetPadding(int borders) {
 
 void ViewControl::ForEachControl(const std::function<void(NativeControl&)>& visit) {
   for (NativeControl* const control : mControls) {
-    visit(*control);
-    if (auto* const view = dynamic_cast<ViewControl*>(control)) view->ForEachControl(visit);
+    auto* const view = dynamic_cast<ViewControl*>(control);
+    if (view == nullptr || !view->IsGroup()) visit(*control);
+    if (view != nullptr) view->ForEachControl(visit);
     if (auto* const scroll = dynamic_cast<ScrollControl*>(control))
       scroll->GetContent().ForEachControl(visit);
   }
 }
 
-int ViewControl::CountShown() const {
-  return static_cast<int>(std::count_if(mControls.begin(), mControls.end(),
-                                        [](const NativeControl* control) { return control->IsShown(); }));
-}
-
 void ViewControl::ContentChanged() {
   mMeasured = {};
+  mPlacedSize.reset();
+  // The window of a group without anything to show would be left where it was.
+  if (IsGroup()) mPanel->Show(IsShown());
   NativeControl::ContentChanged();
+}
+
+bool ViewControl::IsShown() const {
+  if (!IsGroup()) return NativeControl::IsShown();
+  return std::any_of(mControls.begin(), mControls.end(),
+                     [](const NativeControl* control) { return control->IsShown(); });
+}
+
+int ViewControl::CountShown() const {
+  if (mMeasured.mShownCount) return *mMeasured.mShownCount;
+  int count = 0;
+  for (const NativeControl* const control : mControls) {
+    if (mRole == ViewRole::kList) {
+      count += static_cast<const ViewControl*>(control)->CountShown();
+    } else if (control->IsShown()) {
+      ++count;
+    }
+  }
+  mMeasured.mShownCount = count;
+  return count;
 }
 
 void ViewControl::PaintBorder() {
@@ -166,8 +218,16 @@ bool ViewControl::TakesWidth() const {
   return mTakesSpace;
 }
 
+bool ViewControl::TakesHeight() const {
+  if (!mMeasured.mTakesHeight) mMeasured.mTakesHeight = mLayout.TakesHeight();
+  return *mMeasured.mTakesHeight;
+}
+
 void ViewControl::Place(const Rectangle& rectangle) {
   ControlOf<View>::Place(rectangle);
+  const wxSize size(rectangle.mWidth, rectangle.mHeight);
+  if (size == mPlacedSize) return;
+  mPlacedSize = size;
   mLayout.Place({mPadding, mPadding, rectangle.mWidth - 2 * mPadding, rectangle.mHeight - 2 * mPadding});
   if (mHasBorder) mPanel->Refresh();
 }

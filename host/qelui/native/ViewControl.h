@@ -1,5 +1,7 @@
 #pragma once
 
+#include <wx/gdicmn.h>
+
 #include <memory>
 #include <vector>
 
@@ -10,10 +12,15 @@ class wxPanel;
 
 namespace qelui::native {
 
+/// A list goes down and may get long. What is added to it stands in groups, each with a window of its own,
+/// because the system goes through all windows in a window when one of them changes, and for each frame. A
+/// group is in the layout like any view, but is none of the controls that anybody asked for.
+enum class ViewRole { kPlain, kList, kGroup };
+
 class ViewControl final : public ControlOf<View> {
  public:
   /// The gap is what stands between two controls of a view that goes down, in usual borders.
-  ViewControl(ControlHost& host, wxWindow& parent, Direction direction, int gapInBorders = 1);
+  ViewControl(ControlHost& host, wxWindow& parent, Direction direction, int gapInBorders, ViewRole role);
   ~ViewControl() override;
 
   StaticText& AddText(const std::u16string& text) override;
@@ -37,7 +44,12 @@ class ViewControl final : public ControlOf<View> {
   /// Calls `visit` for each control below the view, in the order of adding.
   void ForEachControl(const std::function<void(NativeControl&)>& visit);
 
-  /// How many of the controls that stand in the view itself are shown.
+  [[nodiscard]] bool IsGroup() const { return mRole == ViewRole::kGroup; }
+
+  /// A group is shown as long as something in it is.
+  [[nodiscard]] bool IsShown() const override;
+
+  /// How many of the controls that were added to the view itself are shown.
   [[nodiscard]] int CountShown() const;
 
   [[nodiscard]] int GetMinimumWidth() override;
@@ -45,7 +57,7 @@ class ViewControl final : public ControlOf<View> {
   [[nodiscard]] int GetPreferredHeight(int width) override;
   [[nodiscard]] int GetMinimumHeight(int width) override;
   [[nodiscard]] bool TakesWidth() const override;
-  [[nodiscard]] bool TakesHeight() const override { return mLayout.TakesHeight(); }
+  [[nodiscard]] bool TakesHeight() const override;
   [[nodiscard]] bool FillsWidth() const override { return true; }
   void Place(const Rectangle& rectangle) override;
 
@@ -54,24 +66,33 @@ class ViewControl final : public ControlOf<View> {
   struct Measured {
     std::optional<int> mMinimumWidth;
     std::optional<int> mPreferredWidth;
+    std::optional<bool> mTakesHeight;
+    std::optional<int> mShownCount;
     WidthCache mPreferredHeights;
     WidthCache mMinimumHeights;
   };
 
   template <class Added, class... Arguments>
   Added& Add(Arguments&&... arguments);
+  /// Adds to the view itself, even when it is a list.
+  template <class Added, class... Arguments>
+  Added& Append(Arguments&&... arguments);
+  /// Where a new control goes: the view itself, or a list's last group.
+  [[nodiscard]] ViewControl& Destination();
   void ContentChanged() override;
   void PaintBorder();
 
   wxPanel* mPanel;
   Direction mDirection;
+  ViewRole mRole;
   int mPadding = 0;
   bool mTakesSpace = false;
   bool mHasBorder = false;
   std::vector<std::unique_ptr<LayoutItem>> mItems;
   std::vector<NativeControl*> mControls;
   StackLayout mLayout;
-  Measured mMeasured;
+  mutable Measured mMeasured;
+  std::optional<wxSize> mPlacedSize;  ///< of what stands at its place since the last change
 };
 
 }  // namespace qelui::native

@@ -120,10 +120,7 @@ TEST_F(KeyboardTest, TheWholeRowOfTheFocusIsScrolledIntoView) {
   RunWith(dialog, [&] {
     for (int row = 0; row < 20; ++row) {
       PressKey(WXK_TAB);
-      const wxWindow* const line = wxWindow::FindFocus()->GetParent();
-      // The window that scrolls holds the rows' view.
-      const wxRect list = line->GetParent()->GetParent()->GetScreenRect();
-      EXPECT_TRUE(list.Contains(line->GetScreenRect())) << "row " << row;
+      EXPECT_TRUE(IsSeen(*wxWindow::FindFocus()->GetParent(), *FindList())) << "row " << row;
     }
     dialog.Close();
   });

@@ -32,20 +32,6 @@ void ExpectTidy(const wxWindow& window) {
   }
 }
 
-wxScrolledWindow* FindList() {
-  for (wxWindow* const window : ShownDescendants(*TopWindow())) {
-    auto* const list = dynamic_cast<wxScrolledWindow*>(window);
-    // The outermost one holds everything.
-    if (list != nullptr && list->GetParent() != TopWindow()) return list;
-  }
-  return nullptr;
-}
-
-bool IsSeen(const wxWindow& window, const wxWindow& within) {
-  return wxRect(within.ClientToScreen(wxPoint(0, 0)), within.GetClientSize())
-      .Contains(window.GetScreenRect());
-}
-
 /// Asks for a size as the user does, who gets no less than the least one, and waits until everything has its
 /// place.
 void Resize(wxSize clientSize) {
@@ -170,11 +156,7 @@ TEST_F(ListLayoutTest, ScrollingIntoViewShowsTheRow) {
     for (const std::size_t row : {99U, 0U, 50U, 51U, 49U}) {
       dialog.mScroll->ScrollIntoView(*dialog.mRows[row]);
       dialog.mScroll->ScrollIntoView(*dialog.mRowButtons[row]);
-      const std::vector<wxWindow*> buttons = ShownDescendants(*FindList());
-      std::vector<wxWindow*> rowButtons;
-      std::copy_if(buttons.begin(), buttons.end(), std::back_inserter(rowButtons), [](wxWindow* window) {
-        return window->GetLabel() == "Fix..." || window->GetLabel() == "Info...";
-      });
+      const std::vector<wxWindow*> rowButtons = FindRowButtons();
       ASSERT_EQ(rowButtons.size(), 100U);
       EXPECT_TRUE(IsSeen(*rowButtons[row], *FindList())) << row;
     }

@@ -4,6 +4,7 @@
 #include <wx/log.h>
 #include <wx/toplevel.h>
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -50,6 +51,30 @@ TEST_F(RunningTest, ATimerTicksUntilItIsRemoved) {
   });
   EXPECT_EQ(ticks, 3);
   EXPECT_EQ(seen, timer);
+}
+
+TEST_F(RunningTest, ATickThatTakesLongerThanItsTimerLeavesTimeForOtherThings) {
+  TimedDialog dialog;
+  int ticks = 0;
+  bool isIdle = false;
+  const auto beIdle = +[](gpointer idle) -> gboolean {
+    *static_cast<bool*>(idle) = true;
+    return G_SOURCE_REMOVE;
+  };
+  dialog.mOnTimer = [&](TimerID) {
+    if (++ticks == 1) g_idle_add(beIdle, &isIdle);
+    // What waits in vain must not wait for ever.
+    if (ticks == 20) dialog.Close();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(30);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+  };
+  RunWith(dialog, [&] {
+    dialog.InstallTimer(0.02);
+    EXPECT_TRUE(WaitUntil([&] { return isIdle || ticks == 20; }));
+    EXPECT_LT(ticks, 20) << "nothing but ticks";
+    dialog.Close();
+  });
 }
 
 TEST_F(RunningTest, TimersTickOnlyWhileTheDialogRuns) {

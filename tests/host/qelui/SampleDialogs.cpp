@@ -19,21 +19,7 @@ ListDialog::ListDialog(const std::vector<SampleRow>& rows, OS_Window* parent) : 
   mTitle->SetFontStyle(FontStyle::kTitle);
   if (isSerious) mTitle->SetColor({245.0 / 255, 60.0 / 255, 60.0 / 255, 1});
   mScroll = &content.AddScrollView(u"Issues");
-  View& list = mScroll->GetContentView();
-  for (const SampleRow& row : rows) {
-    View& line = list.AddView(Direction::kAcross);
-    line.SetHasBorder(true);
-    mRows.push_back(&line);
-    line.AddIcon(row.mIsSerious ? IconKind::kError : IconKind::kInformation,
-                 row.mIsSerious ? u"Error" : u"Information");
-    View& texts = line.AddView(Direction::kDown);
-    texts.SetTakesSpace(true);
-    texts.AddText(row.mHeading).SetFontStyle(FontStyle::kBold);
-    texts.AddText(row.mName);
-    texts.AddText(row.mMessage);
-    mRowButtons.push_back(&line.AddButton(row.mIsSerious ? u"Fix..." : u"Info..."));
-    mRowButtons.back()->SetAccessibleName((row.mIsSerious ? u"Fix " : u"Info ") + row.mName);
-  }
+  for (const SampleRow& row : rows) AddRow(row);
   mNote = &content.AddText(
       u"If you continue with known issues, you may experience performance degradation, instability and data "
       u"loss.");
@@ -55,6 +41,21 @@ ListDialog::ListDialog(const std::vector<SampleRow>& rows, OS_Window* parent) : 
   mScroll->SetScrollBarSize(size);
   if (!mRows.empty()) mScroll->ScrollIntoView(*mRows.front());
   mScroll->Update();
+}
+
+void ListDialog::AddRow(const SampleRow& row) {
+  View& line = mScroll->GetContentView().AddView(Direction::kAcross);
+  line.SetHasBorder(true);
+  mRows.push_back(&line);
+  line.AddIcon(row.mIsSerious ? IconKind::kError : IconKind::kInformation,
+               row.mIsSerious ? u"Error" : u"Information");
+  View& texts = line.AddView(Direction::kDown);
+  texts.SetTakesSpace(true);
+  texts.AddText(row.mHeading).SetFontStyle(FontStyle::kBold);
+  texts.AddText(row.mName);
+  texts.AddText(row.mMessage);
+  mRowButtons.push_back(&line.AddButton(row.mIsSerious ? u"Fix..." : u"Info..."));
+  mRowButtons.back()->SetAccessibleName((row.mIsSerious ? u"Fix " : u"Info ") + row.mName);
 }
 
 TreeDialog::TreeDialog() {

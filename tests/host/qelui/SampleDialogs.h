@@ -35,6 +35,9 @@ class ListDialog : public TimedDialog {
  public:
   explicit ListDialog(const std::vector<SampleRow>& rows, OS_Window* parent = nullptr);
 
+  /// Adds a row below the others; the list has to be updated afterwards.
+  void AddRow(const SampleRow& row);
+
   Button* mOk = nullptr;
   Button* mContinue = nullptr;
   Button* mExport = nullptr;

@@ -176,6 +176,7 @@ void RunWith(UI_Dialog& dialog, const std::function<void()>& script) {
 
 wxWindow* FindButton(const std::string& caption, wxWindow* within) {
   if (within == nullptr) within = TopWindow();
+  if (within == nullptr) return nullptr;
   if (dynamic_cast<wxButton*>(within) != nullptr &&
       wxControl::RemoveMnemonics(within->GetLabel()) == wxString::FromUTF8(caption))
     return within;
@@ -194,6 +195,28 @@ std::vector<wxWindow*> ShownDescendants(const wxWindow& window) {
     shown.insert(shown.end(), below.begin(), below.end());
   }
   return shown;
+}
+
+wxScrolledWindow* FindList() {
+  for (wxWindow* const window : ShownDescendants(*TopWindow())) {
+    auto* const list = dynamic_cast<wxScrolledWindow*>(window);
+    // The outermost one holds everything.
+    if (list != nullptr && list->GetParent() != TopWindow()) return list;
+  }
+  return nullptr;
+}
+
+std::vector<wxWindow*> FindRowButtons() {
+  std::vector<wxWindow*> buttons;
+  for (wxWindow* const window : ShownDescendants(*FindList())) {
+    if (dynamic_cast<wxButton*>(window) != nullptr) buttons.push_back(window);
+  }
+  return buttons;
+}
+
+bool IsSeen(const wxWindow& window, const wxWindow& within) {
+  return wxRect(within.ClientToScreen(wxPoint(0, 0)), within.GetClientSize())
+      .Contains(window.GetScreenRect());
 }
 
 std::vector<wxWindow*> FindTexts() {

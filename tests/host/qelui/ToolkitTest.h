@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <wx/scrolwin.h>
 #include <wx/toplevel.h>
 
 #include <functional>
@@ -35,6 +36,15 @@ void RunWith(UI_Dialog& dialog, const std::function<void()>& script);
 
 /// The button whose caption is that; null when there is none.
 [[nodiscard]] wxWindow* FindButton(const std::string& caption, wxWindow* within = nullptr);
+
+/// The part of the uppermost window that scrolls by itself; null when there is none.
+[[nodiscard]] wxScrolledWindow* FindList();
+
+/// The buttons of the list's rows, in the order of adding.
+[[nodiscard]] std::vector<wxWindow*> FindRowButtons();
+
+/// Whether the whole window is in the part of `within` that can be seen.
+[[nodiscard]] bool IsSeen(const wxWindow& window, const wxWindow& within);
 
 /// The windows of all texts that are shown, in the order of adding.
 [[nodiscard]] std::vector<wxWindow*> FindTexts();
