@@ -35,13 +35,11 @@ void RefuseUnreadable(const std::string& path, const std::string& text, const Di
   }
 }
 
-SCRBlocklist ReadText(const std::string& path, std::string text) {
+SCRBlocklist ReadText(const std::string& path, const std::string& text) {
   const Diagnostics diagnostics;
-  SCRBlocklist blocklist(std::move(text));
+  SCRBlocklist blocklist(text);
   const bool isVerified = blocklist.Verify();
-  // The text is not kept for this rare case, so that a large one is in memory once.
-  if (!isVerified || diagnostics.HasProblemIn(kReading))
-    RefuseUnreadable(path, ReadInputFile(path), diagnostics);
+  if (!isVerified || diagnostics.HasProblemIn(kReading)) RefuseUnreadable(path, text, diagnostics);
   // A dependency that cannot be read is no failure of the list: the rule that has it hits nothing.
   diagnostics.PrintProblems();
   if (!isVerified) {

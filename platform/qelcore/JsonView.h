@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/qelcore/Export.h"
@@ -86,38 +87,45 @@ class QELCORE_EXPORT LeftToParse : public std::runtime_error {
   ~LeftToParse() override;
 };
 
+/// How a long array is cut into pieces: where lines begin as its first element's does, which takes no time
+/// but may be inside of an element or behind the array, or, going through the whole array, surely between
+/// elements.
+enum class Cutting { kByLines, kSurely };
+
 /// A text that is an object with one long array, which is parsed piece by piece. It takes little more memory
 /// than the text.
 ///
-///   const json::Document document(std::move(text), "blocklist");
+///   const json::Document document(std::move(text), "blocklist", json::Cutting::kByLines);
 ///   const auto [version] = document.Root().Members(keys);
 ///   document.VisitElements([&](const json::View& element) { ... });
 ///
-/// Any number of threads may read it.
+/// What it shows is what `Parse` would make, once `VisitElements` has ended without `LeftToParse`. Until then
+/// the text need not even be JSON. Any number of threads may read a document.
 class QELCORE_EXPORT Document {
  public:
-  static constexpr std::size_t kUsualPieceLength = 32768;
+  static constexpr std::size_t kUsualPieceLength = 32'768;
 
   /// Looks for the array that the object has at `longArray`, and parses what is around it. A piece holds as
   /// many elements as have that many bytes together.
-  Document(std::string text, std::string_view longArray, std::size_t pieceLength = kUsualPieceLength);
+  Document(std::string text, std::string_view longArray, Cutting cutting,
+           std::size_t pieceLength = kUsualPieceLength);
   ~Document();
 
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  /// The object that `Parse` would make, but that the long array is empty. Nothing where `Parse` fails
-  /// outside of the array, and for texts that are left to it: other values than objects, the array's key
-  /// twice, escapes in keys, more than 32 MiB around the array, values nested 256 deep, or integers beyond 64
-  /// bits.
+  /// The object, in which the long array is empty. Nothing for a text that is left to `Parse`: one that is
+  /// not sound around the array, is no object, has the array's key twice or a key with escapes, more than 32
+  /// MiB around the array, values nested 255 deep, or integers beyond 64 bits.
   [[nodiscard]] View Root() const;
 
   /// Shows each element of the long array in its order. What is seen of it lives until `visit` returns.
-  /// Throws what `visit` throws, and `std::runtime_error` where `Parse` fails inside of the array, and for
-  /// elements that are left to it. Only when it has not thrown is it certain that the text is JSON.
+  /// Throws what `visit` throws, and `LeftToParse` when the text is left to `Parse`, for the reasons above or
+  /// since it was cut in a wrong place.
   void VisitElements(const std::function<void(const View&)>& visit) const;
 
-  [[nodiscard]] const std::string& Text() const { return mText; }
+  /// Gives the text back, as the last thing that is done with the document.
+  [[nodiscard]] std::string TakeText() { return std::move(mText); }
 
  private:
   struct Content;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
+#include <map>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -24,59 +24,50 @@ struct Place {
   }
 };
 
-/// Numbers for different keys, which tell their order in the end.
-template <typename Key, typename IsLess>
-class Ranks {
- public:
-  /// Where the key's rank will be. Keys are added before `Assign` gives them their ranks.
-  const std::uint32_t* Add(Key key) {
-    const auto [entry, isNew] = mRanks.emplace(std::move(key), 0);
-    if (isNew) mEntries.push_back(&*entry);
-    return &entry->second;
+using ComponentRanks = std::unordered_map<const OSComponent*, std::uint32_t>;
+
+ComponentRanks RankComponents(const std::vector<Hit>& hits) {
+  ComponentRanks ranks;
+  std::vector<const OSComponent*> components;
+  for (const Hit& hit : hits) {
+    if (ranks.emplace(hit.mComponent.get(), 0).second) components.push_back(hit.mComponent.get());
   }
-
-  void Assign(const IsLess& isLess = {}) {
-    std::sort(mEntries.begin(), mEntries.end(),
-              [&](const Entry* left, const Entry* right) { return isLess(left->first, right->first); });
-    std::uint32_t rank = 0;
-    for (std::size_t index = 0; index < mEntries.size(); ++index) {
-      if (index > 0 && isLess(mEntries[index - 1]->first, mEntries[index]->first)) ++rank;
-      mEntries[index]->second = rank;
-    }
+  std::sort(components.begin(), components.end(),
+            [](const OSComponent* left, const OSComponent* right) { return *left < *right; });
+  std::uint32_t rank = 0;
+  for (std::size_t index = 0; index < components.size(); ++index) {
+    // Equal components share their rank.
+    if (index > 0 && *components[index - 1] < *components[index]) ++rank;
+    ranks[components[index]] = rank;
   }
+  return ranks;
+}
 
- private:
-  using Entry = std::pair<const Key, std::uint32_t>;
-
-  std::unordered_map<Key, std::uint32_t> mRanks;
-  std::vector<Entry*> mEntries;  ///< in the order in which they were added, which is always the same
-};
-
-struct IsComponentLess {
-  bool operator()(const OSComponent* left, const OSComponent* right) const { return *left < *right; }
-};
+/// For each rule, the rank of its message. Many rules have the default message of their kind. The messages
+/// are in a tree, because texts can be made to collide in a hash table.
+std::vector<std::uint32_t> RankMessages(const std::vector<SCRRule>& rules) {
+  std::map<std::string, std::uint32_t> ranks;
+  std::vector<const std::uint32_t*> places;
+  places.reserve(rules.size());
+  for (const SCRRule& rule : rules) places.push_back(&ranks.emplace(rule.GetInfoMessage(), 0).first->second);
+  std::uint32_t next = 0;
+  for (auto& [message, rank] : ranks) rank = next++;
+  std::vector<std::uint32_t> ranksOfRules(rules.size());
+  std::transform(places.begin(), places.end(), ranksOfRules.begin(),
+                 [](const std::uint32_t* rank) { return *rank; });
+  return ranksOfRules;
+}
 
 }  // namespace
 
 void SortHits(std::vector<Hit>& hits, const std::vector<SCRRule>& rules) {
-  // Many rules have the default message of their kind, and components are hit by many rules.
-  Ranks<std::string, std::less<>> messages;
-  std::vector<const std::uint32_t*> messageOfRule;
-  messageOfRule.reserve(rules.size());
-  for (const SCRRule& rule : rules) messageOfRule.push_back(messages.Add(rule.GetInfoMessage()));
-  messages.Assign();
-
-  Ranks<const OSComponent*, IsComponentLess> components;
-  std::vector<const std::uint32_t*> componentOfHit;
-  componentOfHit.reserve(hits.size());
-  for (const Hit& hit : hits) componentOfHit.push_back(components.Add(hit.mComponent.get()));
-  components.Assign();
-
+  const ComponentRanks components = RankComponents(hits);
+  const std::vector<std::uint32_t> messages = RankMessages(rules);
   std::vector<Place> places;
   places.reserve(hits.size());
   for (const Hit& hit : hits) {
     places.push_back({static_cast<std::int32_t>(rules[hit.mRule].GetErrorLevel()),
-                      *componentOfHit[places.size()], *messageOfRule[hit.mRule], places.size()});
+                      components.at(hit.mComponent.get()), messages[hit.mRule], places.size()});
   }
   std::sort(places.begin(), places.end());
   std::vector<Hit> sorted;

@@ -67,19 +67,24 @@ const RuleList& SCRBlocklist::Rules() const {
 
 void SCRBlocklist::Read(std::string json) {
   mDefaults.resize(kOSComponentTypeCount);
-  const auto document = std::make_shared<const json::Document>(std::move(json), kBlocklist);
+  for (const json::Cutting cutting : {json::Cutting::kByLines, json::Cutting::kSurely}) {
+    const auto document = std::make_shared<json::Document>(std::move(json), kBlocklist, cutting);
+    if (ReadDirectly(document)) return;
+    json = document->TakeText();
+  }
   // What is wrong with a document is told as if all of it had been parsed first.
-  if (!ReadDirectly(document)) ReadFromDictionary(document->Text());
+  ReadFromDictionary(json);
 }
 
 bool SCRBlocklist::ReadDirectly(const std::shared_ptr<const json::Document>& document) {
   try {
     return document->Root().IsThere() && ReadDocument(document->Root(), document);
   } catch (const json::LeftToParse&) {
-    return false;
+    mRules.reset();
   } catch (const json::TypeError&) {
-    return false;
+    mRules.reset();
   }
+  return false;
 }
 
 void SCRBlocklist::ReadFromDictionary(const std::string& json) {
@@ -102,7 +107,8 @@ bool SCRBlocklist::ReadDocument(const json::View& root,
   // The version is a gate and is not kept. Any number but 0 passes.
   const std::optional<std::uint64_t> number = version.Integer();
   if (!number || static_cast<std::uint32_t>(*number) == 0) return false;
-  // All or nothing: a list that was damaged in one place is not trusted in the others.
+  // All or nothing: a list that was damaged in one place is not trusted in the others. Nor is anything that
+  // stands around the rules before they were read.
   mRules = std::make_shared<const RuleList>(rules, document);
   ReadDefaults(defaults);
   mSecondWarning = secondWarning.Text().value_or(std::string_view());

@@ -116,7 +116,9 @@ void SCRDialog::OnTimer(qelui::TimerID timer) {
     return;
   }
   AddMoreRows();
-  if (mIssueViews.size() == mRows.size()) RemoveTimer(timer);
+  if (mIssueViews.size() < mRows.size()) return;
+  RemoveTimer(timer);
+  mRowTimer.reset();
 }
 
 // The scroll bar grows with the rows. One that knew the length before would lead to places where nothing is.

@@ -106,6 +106,40 @@ TEST_F(BlocklistTextTest, WhatIsWrongAnywhere) {
   }
 }
 
+TEST_F(BlocklistTextTest, WhatIsWrongBehindManyRules) {
+  // Long enough to be read in several pieces.
+  constexpr int kRuleCount = 1'000;
+  const std::string wrongDependency =
+      R"({"type": "OS", "name": "x", "dependencies": [{"type": "OS", "name": "y", "info_url": 1}]})";
+  for (const std::string separator : {",", ",\n    "}) {
+    const std::string space = separator.substr(1);
+    std::string rules = space + kRule;
+    for (int index = 1; index < kRuleCount; ++index) rules += separator + kRule;
+    for (const std::string& end : std::vector<std::string>{
+             "]}",
+             ", 5]}",
+             ", " + wrongDependency + "]}",
+             separator + wrongDependency + ", {\"type\": 1, \"name\": \"x\"}]}",
+             separator + "{\"type\": \"OS\"}]}",
+             separator + "{\"type\": \"OS\", \"name\": \"\xFF\"}]}",
+             separator + wrongDependency + separator + "{\"type\": \"OS\" \"name\": \"x\"}]}",
+             separator + wrongDependency + "]",
+             separator + wrongDependency + "], \"default_info\": {\"Video\": 5}}",
+             "], \"default_info\": {\"Video\": 5}}",
+             "], \"second_warning\": 1}",
+             "], \"blocklist\": []}",
+             "], \"changes\": [" + space + "{}" + separator + "{}], " + kDefaults + "}",
+             separator + "{\"type\": \"OS\", \"name\": \"z\", \"dependencies\": [" + space + kRule +
+                 separator + kRule + "]}], " + kDefaults + "}",
+         }) {
+      const std::string text = "{\"blocklist_version\": 1, \"blocklist\": [" + rules + end;
+      SCOPED_TRACE(end);
+      ExpectTheSame(text);
+      ExpectTheSame("{\"blocklist\": [" + rules + end);
+    }
+  }
+}
+
 TEST_F(BlocklistTextTest, EveryRecordedList) {
   const std::filesystem::path source(QELSCR_SOURCE_DIR);
   std::size_t rules = 0;

@@ -1,6 +1,7 @@
 #include <simdjson.h>
 
 #include <bit>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -36,17 +37,17 @@ class PartParser {
   /// The value of a text, which lives until the next one. Nothing when it is not sound or cannot be parsed
   /// here.
   std::optional<dom::element> Parse(std::string& text) {
-    if (text.size() > kLongestPart) return std::nullopt;
     // So much is read behind the end.
     text.reserve(text.size() + simdjson::SIMDJSON_PADDING);
     dom::element value;
     // The parser does not count an innermost array or object that is empty, so it gets one level less.
-    const bool isParsed =
-        (mParser.capacity() >= text.size() ||
-         mParser.allocate(text.size(), kDeepestLevel - 1) == simdjson::SUCCESS) &&
-        mParser.parse_into_document(mDocument, text.data(), text.size(), false).get(value) ==
-            simdjson::SUCCESS;
-    return isParsed ? std::optional(value) : std::nullopt;
+    simdjson::error_code code = simdjson::SUCCESS;
+    if (mParser.capacity() < text.size()) code = mParser.allocate(text.size(), kDeepestLevel - 1);
+    if (code == simdjson::SUCCESS) {
+      code = mParser.parse_into_document(mDocument, text.data(), text.size(), false).get(value);
+    }
+    if (code == simdjson::MEMALLOC) throw std::bad_alloc();
+    return code == simdjson::SUCCESS ? std::optional(value) : std::nullopt;
   }
 
  private:
@@ -64,19 +65,20 @@ struct Document::Content {
   void Read(std::string_view text, std::string_view longArray, std::size_t pieceLength, Cutting cutting) {
     auto offsets = CutLongArray(text, longArray, pieceLength, cutting);
     if (!offsets) return;
-    std::string rest(text.substr(0, offsets->empty() ? text.size() : offsets->front()));
-    if (!offsets->empty()) rest += text.substr(offsets->back());
+    const std::size_t before = offsets->empty() ? text.size() : offsets->front();
+    const std::size_t behind = offsets->empty() ? text.size() : offsets->back();
+    if (before + text.size() - behind > kLongestPart) return;
+    std::string rest(text.substr(0, before));
+    rest += text.substr(behind);
     mRoot = mParser.Parse(rest);
     mOffsets = std::move(*offsets);
   }
 };
 
-Document::Document(std::string text, std::string_view longArray, std::size_t pieceLength)
+Document::Document(std::string text, std::string_view longArray, Cutting cutting, std::size_t pieceLength)
     : mText(std::move(text)), mContent(std::make_unique<Content>()) {
   const std::string_view content = WithoutByteOrderMark(mText);
-  if (content.size() > kLongestText) return;
-  mContent->Read(content, longArray, pieceLength, Cutting::kByLines);
-  if (!mContent->mRoot) mContent->Read(content, longArray, pieceLength, Cutting::kSurely);
+  if (content.size() <= kLongestText) mContent->Read(content, longArray, pieceLength, cutting);
 }
 
 LeftToParse::LeftToParse() : std::runtime_error("this text has to be parsed as a whole") {}
@@ -101,18 +103,11 @@ void Document::VisitElements(const std::function<void(const View&)>& visit) cons
   const std::vector<std::size_t>& offsets = mContent->mOffsets;
   PartParser parser;
   std::string piece;
-  const auto parse = [&](std::size_t begin, std::size_t end) {
-    piece.assign(1, '[').append(content.substr(begin, end - begin)).append(1, ']');
-    return parser.Parse(piece);
-  };
   for (std::size_t index = 1; index < offsets.size(); ++index) {
     const std::size_t begin = offsets[index - 1] + (index > 1 ? 1 : 0);
-    auto parsed = parse(begin, offsets[index]);
-    if (!parsed) {
-      // The cut may have been inside of an element.
-      index = offsets.size() - 1;
-      parsed = parse(begin, offsets[index]);
-    }
+    check(offsets[index] - begin <= kLongestPart);
+    piece.assign(1, '[').append(content.substr(begin, offsets[index] - begin)).append(1, ']');
+    const std::optional<dom::element> parsed = parser.Parse(piece);
     dom::array elements;
     check(parsed && parsed->get(elements) == simdjson::SUCCESS);
     check(elements.size() > 0 || offsets.size() == 2);

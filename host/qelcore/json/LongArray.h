@@ -6,11 +6,9 @@
 #include <string_view>
 #include <vector>
 
-namespace qelcore::json {
+#include "platform/qelcore/JsonView.h"
 
-/// How cuts are found: by going through the whole array, or, without that, where lines begin as the first
-/// element's does. Such a line may be inside of an element, which shows when the pieces are parsed.
-enum class Cutting { kSurely, kByLines };
+namespace qelcore::json {
 
 /// Looks for the array that an object has at `key`. The first offset stands behind the array's bracket, each
 /// other one at the end of a piece: a comma between two elements, and the closing bracket at last. A piece

@@ -19,7 +19,7 @@ constexpr int kEdge = 2;      // room at the window's edge, in usual borders
 constexpr int kGroupGap = 2;  // between what stands in the dialog itself
 constexpr double kMilliseconds = 1000;
 /// All captions are gone through, which must not happen again and again while a long list grows.
-constexpr int kMnemonicsDelay = 300;  // milliseconds
+constexpr int kMnemonicsDelay = 500;  // milliseconds
 
 }  // namespace
 
@@ -166,7 +166,7 @@ void NativeDialog::LayOutSoon() {
     mIsLayoutPosted = false;
     LayOutNow();
     KeepFocusUsable();
-    mMnemonicsTimer.StartOnce(kMnemonicsDelay);
+    if (mLevel && !mMnemonicsTimer.IsRunning()) mMnemonicsTimer.StartOnce(kMnemonicsDelay);
   });
 }
 

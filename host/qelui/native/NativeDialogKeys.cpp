@@ -124,7 +124,8 @@ void NativeDialog::KeepFocusUsable() {
   const wxWindow* const focused = wxWindow::FindFocus();
   const bool isElsewhere =
       focused != nullptr && wxGetTopLevelParent(const_cast<wxWindow*>(focused)) != mDialog;
-  if (isElsewhere) return;
+  // While another application is in front nothing has the focus, and what had it gets it back.
+  if (isElsewhere || (focused == nullptr && !mDialog->IsActive())) return;
   const NativeControl* const control = FocusedControl();
   if (control == nullptr || !control->CanBeUsed()) FocusFirst();
 }

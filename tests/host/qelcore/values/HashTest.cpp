@@ -44,7 +44,8 @@ TEST(Hash, KnownResults) {
 }
 
 TEST(Hash, DoesNotDependOnHowTheBytesWereSplit) {
-  for (const std::size_t length : {1U, 16U, 17U, 128U, 240U, 241U, 255U, 256U, 257U, 1024U, 5000U}) {
+  for (const std::size_t length :
+       {1U, 16U, 17U, 128U, 240U, 241U, 255U, 256U, 257U, 575U, 576U, 577U, 1024U, 5000U}) {
     const std::string text = MakeText(length);
     const std::string whole = HashOf(text);
     for (const std::size_t step : {1U, 7U, 63U, 64U, 255U, 256U, 257U}) {
@@ -72,16 +73,20 @@ TEST(Hash, AResultDoesNotEndTheMixing) {
 }
 
 TEST(Hash, CopiesAreIndependent) {
-  const std::string beginning = MakeText(300);
-  State original;
-  UpdateHashState(original, beginning.data(), beginning.size());
-  State copy = original;
-  UpdateHashState(copy, "x", 1);
-  UpdateHashState(original, "y", 1);
-  EXPECT_EQ(ResultOf(copy), HashOf(beginning + "x"));
-  EXPECT_EQ(ResultOf(original), HashOf(beginning + "y"));
-  original = copy;
-  EXPECT_EQ(ResultOf(original), HashOf(beginning + "x"));
+  // Copied both before and after so much was mixed in that it is no longer kept as it is.
+  for (const std::size_t length : {300U, 570U, 1000U}) {
+    const std::string beginning = MakeText(length);
+    const std::string more = MakeText(20);
+    State original;
+    UpdateHashState(original, beginning.data(), beginning.size());
+    State copy = original;
+    UpdateHashState(copy, more.data(), more.size());
+    UpdateHashState(original, "y", 1);
+    EXPECT_EQ(ResultOf(copy), HashOf(beginning + more)) << length;
+    EXPECT_EQ(ResultOf(original), HashOf(beginning + "y")) << length;
+    original = copy;
+    EXPECT_EQ(ResultOf(original), HashOf(beginning + more)) << length;
+  }
 }
 
 TEST(Hash, EveryByteCounts) {
