@@ -150,9 +150,9 @@ void ViewControl::SetPadding(int borders) {
 
 void ViewControl::ForEachControl(const std::function<void(NativeControl&)>& visit) {
   for (NativeControl* const control : mControls) {
-    auto* const view = dynamic_cast<ViewControl*>(control);
-    if (view == nullptr || !view->IsGroup()) visit(*control);
-    if (view != nullptr) view->ForEachControl(visit);
+    // The groups of a list are no controls of their own.
+    if (mRole != ViewRole::kList) visit(*control);
+    if (auto* const view = dynamic_cast<ViewControl*>(control)) view->ForEachControl(visit);
     if (auto* const scroll = dynamic_cast<ScrollControl*>(control))
       scroll->GetContent().ForEachControl(visit);
   }
