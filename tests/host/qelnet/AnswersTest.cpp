@@ -1,4 +1,6 @@
 // Answers that come whole: any status, any body.
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <string>
 #include <thread>
@@ -8,6 +10,7 @@
 
 namespace {
 
+using testing::IsEmpty;
 using testsupport::HttpAnswer;
 using testsupport::LoopbackServer;
 using testsupport::ReceivedAnswer;
@@ -65,7 +68,7 @@ TEST_F(Answers, ComeAsTheServerSentThem) {
     EXPECT_TRUE(received.mBody == answerCase.mBody);
     ++row;
   }
-  EXPECT_TRUE(Warnings().empty());
+  EXPECT_THAT(Warnings(), IsEmpty());
 }
 
 TEST_F(Answers, TheRequestIsAPlainGet) {

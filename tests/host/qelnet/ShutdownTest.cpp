@@ -16,6 +16,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testsupport::Gate;
 using testsupport::HttpAnswer;
 using testsupport::LoopbackServer;
@@ -180,7 +181,7 @@ TEST_F(Shutdown, FromManyThreadsWhileOthersAsk) {
 TEST_F(Shutdown, TwiceIsAsOnce) {
   qelnet::host::Shutdown();
   qelnet::host::Shutdown();
-  EXPECT_TRUE(Warnings().empty());
+  EXPECT_THAT(Warnings(), IsEmpty());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::StartsWith;
 using testsupport::CertificateAuthority;
 using testsupport::Gate;
@@ -54,7 +55,7 @@ TEST_F(Trust, AServerOfATrustedAuthorityIsAsked) {
   const auto answer = Fetch(server.Url("/good"));
   EXPECT_EQ(answer.mStatus, 200);
   EXPECT_EQ(answer.mBody, "/good");
-  EXPECT_TRUE(Warnings().empty());
+  EXPECT_THAT(Warnings(), IsEmpty());
 }
 
 TEST_F(Trust, AnAuthorityThatTheSystemDoesNotKnowIsRefused) {
@@ -140,7 +141,7 @@ TEST_F(Trust, AKeptConnectionThatBreaksOffDoesNotDisturbTheShutdown) {
   mayBreak.Open();
   isBroken.Wait();
   qelnet::host::Shutdown();
-  EXPECT_TRUE(Warnings().empty());
+  EXPECT_THAT(Warnings(), IsEmpty());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <openssl/bio.h>
 #include <openssl/ec.h>
+#include <openssl/ecdsa.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
@@ -47,9 +48,27 @@ Identity MakeIdentity(const std::string& name, long serialNumber, std::chrono::s
   return identity;
 }
 
+/// Whether the certificate's signature has a number that begins with a zero byte.
+bool IsSignatureShort(const X509& certificate) {
+  constexpr int kBytesOfANumber = 32;
+  const ASN1_BIT_STRING* bits = nullptr;
+  X509_get0_signature(&bits, nullptr, &certificate);
+  const unsigned char* data = ASN1_STRING_get0_data(bits);
+  const std::unique_ptr<ECDSA_SIG, decltype(&ECDSA_SIG_free)> signature(
+      d2i_ECDSA_SIG(nullptr, &data, ASN1_STRING_length(bits)), &ECDSA_SIG_free);
+  Require(signature != nullptr);
+  return BN_num_bytes(ECDSA_SIG_get0_r(signature.get())) < kBytesOfANumber ||
+         BN_num_bytes(ECDSA_SIG_get0_s(signature.get())) < kBytesOfANumber;
+}
+
+/// One signature in 128 is short, and not everything that presents itself as Windows takes those for valid:
+/// another one is made then.
 void Sign(Identity& identity, X509* issuer, EVP_PKEY* issuerKey) {
-  Require(X509_set_issuer_name(identity.mCertificate.get(), X509_get_subject_name(issuer)) == 1);
-  Require(X509_sign(identity.mCertificate.get(), issuerKey, EVP_sha256()) > 0);
+  X509* const certificate = identity.mCertificate.get();
+  Require(X509_set_issuer_name(certificate, X509_get_subject_name(issuer)) == 1);
+  do {
+    Require(X509_sign(certificate, issuerKey, EVP_sha256()) > 0);
+  } while (IsSignatureShort(*certificate));
 }
 
 }  // namespace
