@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <vector>
 
 #include "host/qelcore/components/NetworkAddress.h"
 
@@ -94,33 +95,42 @@ struct Replacement {
 
 class Scanner {
  public:
-  explicit Scanner(const PersonalNames& names) : mNames(names) {
-    mHost = names.mHost;
-    mShortHost = mHost.substr(0, mHost.find('.'));
+  explicit Scanner(const PersonalNames& names) : mHome(names.mHome) {
+    const std::string_view host = names.mHost;
+    Add(names.mUser, kUserMark);
+    Add(host, kHostMark);
+    Add(host.substr(0, host.find('.')), kHostMark);
   }
 
   [[nodiscard]] Replacement At(std::string_view text, std::size_t place) const {
-    if (const std::size_t length = HomeLengthAt(text, place, mNames.mHome); length != 0) {
+    if (const std::size_t length = HomeLengthAt(text, place, mHome); length != 0) {
       return {length, kHomeMark};
     }
     if (const std::size_t length = AddressLengthAt(text, place); length != 0) {
       return {length, kAddressMark};
     }
-    if (TellsSomething(mNames.mUser) && IsWordAt(text, place, mNames.mUser)) {
-      return {mNames.mUser.size(), kUserMark};
-    }
-    for (const std::string_view name : {mHost, mShortHost}) {
-      if (TellsSomething(name) && IsWordAt(text, place, name)) {
-        return {name.size(), kHostMark};
+    for (const Word& word : mWords) {
+      if (IsWordAt(text, place, word.mName)) {
+        return {word.mName.size(), word.mMark};
       }
     }
     return {};
   }
 
  private:
-  const PersonalNames& mNames;
-  std::string_view mHost;
-  std::string_view mShortHost;
+  struct Word {
+    std::string_view mName;
+    std::string_view mMark;
+  };
+
+  void Add(std::string_view name, std::string_view mark) {
+    if (TellsSomething(name)) {
+      mWords.push_back({name, mark});
+    }
+  }
+
+  std::string_view mHome;
+  std::vector<Word> mWords;
 };
 
 }  // namespace

@@ -2,12 +2,10 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -20,7 +18,6 @@
 #include "host/qelcore/files/FileOperationHook.h"
 #include "host/qelcore/files/FileSystem.h"
 #include "host/qelcore/files/Paths.h"
-#include "host/qelcore/files/WayOut.h"
 #include "platform/qelcore/Files.h"
 #include "platform/qelcore/Text.h"
 #include "platform/qelcore/Trace.h"
@@ -62,47 +59,46 @@ class LockPatience {
   std::atomic<bool> mIsUsedUp{false};
 };
 
-/// How a file ends.
-struct FileEnd {
-  std::uintmax_t mSize = 0;
+/// The file as it stands before a line is appended.
+struct OpenFile {
+  FileHandle mHandle;
+  std::uint64_t mLength = 0;
   bool mIsWithinLine = false;  ///< a line was begun, by a process that died or by hand, and not ended
 };
 
-/// The end of the file; nothing when there is no file.
-std::optional<FileEnd> FindEnd(const std::string& path) {
-  if (!HasRegularFile(path)) {
-    return std::nullopt;
-  }
-  FileEnd end{.mSize = std::filesystem::file_size(ToPath(path))};
-  if (end.mSize != 0) {
-    std::ifstream stream(ToPath(path), std::ios::binary);
-    stream.seekg(-1, std::ios::end);
-    end.mIsWithinLine = stream.get() != '\n';
-  }
-  return end;
-}
-
-/// Whether `line` would make a file that ends so larger than it may be.
-bool IsFull(const std::optional<FileEnd>& end, std::string_view line) {
-  return end && end->mSize != 0 && end->mSize + (end->mIsWithinLine ? 1 : 0) + line.size() > kLargestFile;
-}
-
-/// Writes the bytes to the end of the file in one call to the system; a file that ends so. When that fails,
-/// the file is as it was.
-void WriteAtEnd(const std::string& path, const FileEnd& end, const std::string& bytes) {
-  std::ofstream stream;
-  stream.rdbuf()->pubsetbuf(nullptr, 0);
-  errno = 0;
-  stream.open(ToPath(path), std::ios::binary | std::ios::app);
-  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  stream.close();
-  if (!stream) {
-    const int reason = errno != 0 ? errno : EIO;
-    std::error_code ignored;
-    if (std::filesystem::file_size(ToPath(path), ignored) > end.mSize && !ignored) {
-      std::filesystem::resize_file(ToPath(path), end.mSize, ignored);
+/// The file; nothing when there is none. A symbolic link is refused: it may lead to any file of the user,
+/// which is nothing to write log lines into.
+std::optional<OpenFile> OpenWhenThere(const std::string& path) {
+  try {
+    OpenFile file{FileHandle::OpenForAppending(path)};
+    file.mLength = file.mHandle.Length();
+    file.mIsWithinLine = file.mLength != 0 && file.mHandle.ReadByte(file.mLength - 1) != '\n';
+    return file;
+  } catch (const std::system_error& error) {
+    if (error.code() == std::errc::no_such_file_or_directory) {
+      return std::nullopt;
     }
-    throw std::system_error(reason, std::generic_category(), path);
+    throw;
+  }
+}
+
+/// Whether `line` would make the file larger than it may be.
+bool IsFull(const std::optional<OpenFile>& file, std::string_view line) {
+  return file && file->mLength != 0 &&
+         file->mLength + (file->mIsWithinLine ? 1 : 0) + line.size() > kLargestFile;
+}
+
+/// Writes the bytes to the end of the file in one call to the system. When that fails, the file is as it was.
+void WriteAtEnd(const std::string& path, OpenFile& file, const std::string& bytes) {
+  try {
+    file.mHandle.Write(bytes);
+    file.mHandle.Close();
+  } catch (const std::system_error&) {
+    std::error_code ignored;
+    if (std::filesystem::file_size(ToPath(path), ignored) > file.mLength && !ignored) {
+      std::filesystem::resize_file(ToPath(path), file.mLength, ignored);
+    }
+    throw;
   }
 }
 
@@ -111,30 +107,26 @@ void AppendLine(const std::string& path, std::string line, LockPatience& patienc
   AnnounceFileOperation(FileOperation::kOpenForWriting, path);
   AnnounceFileOperation(FileOperation::kWrite, path);
   std::unique_ptr<FileLock> lock = patience.Lock(path + kLockSuffix);
-  if (IsSymbolicLink(path)) {
-    // It may lead to any file of the user, which is nothing to write log lines into.
-    throw std::system_error(std::make_error_code(std::errc::too_many_symbolic_link_levels), path);
-  }
-  std::optional<FileEnd> end = FindEnd(path);
-  if (IsFull(end, line)) {
+  std::optional<OpenFile> file = OpenWhenThere(path);
+  if (IsFull(file, line)) {
+    file.reset();
     lock.reset();
     AnnounceFileOperation(FileOperation::kReplace, path + kOlderSuffix);
     lock = patience.Lock(path + kLockSuffix);
     // Somebody else may have put the full file aside in the meantime.
-    end = FindEnd(path);
-    if (IsFull(end, line)) {
+    file = OpenWhenThere(path);
+    if (IsFull(file, line)) {
+      file.reset();
       MoveInPlace(path, path + kOlderSuffix);
-      end.reset();
     }
   }
-  if (!end) {
-    FileHandle::CreateForOwner(path).Close();
-    end.emplace();
+  if (!file) {
+    file = OpenFile{FileHandle::CreateForOwner(path)};
   }
-  if (end->mIsWithinLine) {
+  if (file->mIsWithinLine) {
     line.insert(line.begin(), '\n');
   }
-  WriteAtEnd(path, *end, line);
+  WriteAtEnd(path, *file, line);
 }
 
 /// What the file holds; an empty text when there is none.

@@ -25,6 +25,10 @@ class FileHandle {
   /// `mustBeNew` an existing file is an error. Does not wait for a reader of a pipe.
   [[nodiscard]] static FileHandle OpenOrCreate(const std::string& path, bool mustBeNew);
 
+  /// Opens an existing regular file for reading and for writing at its end, wherever that is by then.
+  /// Anything else is an error, a symbolic link too.
+  [[nodiscard]] static FileHandle OpenForAppending(const std::string& path);
+
   /// Makes a new file for writing that only its owner can use. An existing file is an error.
   [[nodiscard]] static FileHandle CreateForOwner(const std::string& path);
 
@@ -41,6 +45,9 @@ class FileHandle {
 
   /// Reads up to `size` bytes; returns how many, 0 at the end.
   [[nodiscard]] std::size_t Read(char* buffer, std::size_t size);
+
+  /// Reads the byte at `place`, which is less than the length of the regular file.
+  [[nodiscard]] char ReadByte(std::uint64_t place) const;
 
   /// Writes all bytes.
   void Write(std::string_view bytes);

@@ -1,3 +1,4 @@
+#include <simdjson.h>
 #include <utf8.h>
 
 #include <cmath>
@@ -38,23 +39,36 @@ void WriteControlCharacter(char character, std::string& text) {
   }
 }
 
-void WriteString(const std::string& value, std::string& text) {
-  if (!utf8::is_valid(value)) {
-    WriteString(utf8::replace_invalid(value), text);
-    return;
-  }
+bool HasToBeEscaped(char character) {
+  return character == '"' || character == '\\' || (character >= 0 && character < 0x20);
+}
+
+void WriteValidString(const std::string& value, std::string& text) {
   text += '"';
-  for (const char character : value) {
-    if (character == '"' || character == '\\') {
+  auto written = value.begin();
+  for (auto place = written; place != value.end(); ++place) {
+    if (!HasToBeEscaped(*place)) {
+      continue;
+    }
+    text.append(written, place);
+    written = place + 1;
+    if (*place == '"' || *place == '\\') {
       text += '\\';
-      text += character;
-    } else if (character >= 0 && character < 0x20) {
-      WriteControlCharacter(character, text);
+      text += *place;
     } else {
-      text += character;
+      WriteControlCharacter(*place, text);
     }
   }
+  text.append(written, value.end());
   text += '"';
+}
+
+void WriteString(const std::string& value, std::string& text) {
+  if (simdjson::validate_utf8(value)) {
+    WriteValidString(value, text);
+  } else {
+    WriteValidString(utf8::replace_invalid(value), text);
+  }
 }
 
 void WriteObject(const Dictionary& object, std::string& text) {

@@ -67,6 +67,18 @@ FileHandle FileHandle::OpenOrCreate(const std::string& path, bool mustBeNew) {
   return {path, Open(path, O_WRONLY | O_CREAT | O_NONBLOCK | (mustBeNew ? O_EXCL : 0), kOwnerMode)};
 }
 
+FileHandle FileHandle::OpenForAppending(const std::string& path) {
+  FileHandle file(path, Open(path, O_RDWR | O_APPEND | O_NONBLOCK | O_NOFOLLOW));
+  struct stat status {};
+  if (::fstat(Descriptor(file.mHandle), &status) != 0) {
+    ThrowFileError(errno, path);
+  }
+  if (!S_ISREG(status.st_mode)) {
+    ThrowNotRegular(path);
+  }
+  return file;
+}
+
 FileHandle FileHandle::CreateForOwner(const std::string& path) {
   return {path, Open(path, O_WRONLY | O_CREAT | O_EXCL, kOwnerMode)};
 }
@@ -106,6 +118,18 @@ std::size_t FileHandle::Read(char* buffer, std::size_t size) {
     ThrowFileError(errno, mPath);
   }
   return static_cast<std::size_t>(count);
+}
+
+char FileHandle::ReadByte(std::uint64_t place) const {
+  char byte = 0;
+  ssize_t count = -1;
+  do {
+    count = ::pread(Descriptor(mHandle), &byte, 1, static_cast<off_t>(place));
+  } while (count < 0 && errno == EINTR);
+  if (count != 1) {
+    ThrowFileError(count < 0 ? errno : EIO, mPath);
+  }
+  return byte;
 }
 
 void FileHandle::Write(std::string_view bytes) {

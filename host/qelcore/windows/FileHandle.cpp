@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "host/qelcore/files/FileSystem.h"
+#include "host/qelcore/files/WayOut.h"
 #include "host/qelcore/windows/AccessRights.h"
 #include "host/qelcore/windows/FileError.h"
 #include "host/qelcore/windows/Handle.h"
@@ -67,6 +69,17 @@ FileHandle FileHandle::OpenOrCreate(const std::string& path, bool mustBeNew) {
   return {path, Open(path, GENERIC_WRITE, mustBeNew ? CREATE_NEW : OPEN_ALWAYS)};
 }
 
+FileHandle FileHandle::OpenForAppending(const std::string& path) {
+  if (IsSymbolicLink(path)) {
+    throw std::system_error(std::make_error_code(std::errc::too_many_symbolic_link_levels), path);
+  }
+  FileHandle file(path, Open(path, GENERIC_READ | FILE_APPEND_DATA, OPEN_EXISTING));
+  if (!IsOnDisk(file.mHandle)) {
+    ThrowNotRegular(path);
+  }
+  return file;
+}
+
 FileHandle FileHandle::CreateForOwner(const std::string& path) {
   const OwnerOnly rights(OwnerOnly::Kind::kFile);
   return {path, Open(path, GENERIC_WRITE, CREATE_NEW, rights.Descriptor())};
@@ -108,6 +121,18 @@ std::size_t FileHandle::Read(char* buffer, std::size_t size) {
     ThrowFileError(::GetLastError(), mPath);
   }
   return count;
+}
+
+char FileHandle::ReadByte(std::uint64_t place) const {
+  char byte = 0;
+  DWORD count = 0;
+  OVERLAPPED position{};
+  position.Offset = static_cast<DWORD>(place);
+  position.OffsetHigh = static_cast<DWORD>(place >> 32U);
+  if (::ReadFile(SystemHandle(mHandle), &byte, 1, &count, &position) == 0) {
+    ThrowFileError(::GetLastError(), mPath);
+  }
+  return byte;
 }
 
 void FileHandle::Write(std::string_view bytes) {

@@ -72,6 +72,15 @@ TEST_F(JsonLinesLogs, ADirectoryThatTakesNoFilesIsLoggedOnce) {
   EXPECT_TRUE(mLog.Read().mObjects.empty());
 }
 
+TEST_F(JsonLinesLogs, ALinkIsNotWrittenThrough) {
+  mHost.Files().Write("elsewhere", "precious\n");
+  std::filesystem::create_symlink("../elsewhere", At("log.jsonl"));
+  mLog.Append(Entry("x"));
+  EXPECT_EQ(mHost.mExceptionContexts, Strings{"the log"});
+  EXPECT_EQ(mHost.Files().Read("elsewhere"), "precious\n");
+  EXPECT_FALSE(std::filesystem::exists(At("log.jsonl.1")));
+}
+
 TEST_F(JsonLinesLogs, APipeIsNeitherReadNorWritten) {
   ASSERT_EQ(mkfifo(At("log.jsonl").c_str(), 0600), 0);
   mLog.Append(Entry("x"));
