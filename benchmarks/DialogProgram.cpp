@@ -12,6 +12,7 @@
 //   stall     the longest time, while rows still come, in which the dialog hears of nothing
 //   filled    from the request to the end of the frame that shows it with all rows
 //   scrolled  one for each frame of scrolling
+//   closed    from the close button to the end of the request
 #include <gtk/gtk.h>
 
 #include <algorithm>
@@ -117,6 +118,7 @@ class Frames {
   Frames& operator=(const Frames&) = delete;
 
   [[nodiscard]] bool HaveEnded() const { return mHaveEnded; }
+  [[nodiscard]] Time SinceClose() const { return mSinceClose.Read(); }
 
  private:
   static gboolean OnDraw(GSignalInvocationHint* /*hint*/, guint /*count*/, const GValue* values,
@@ -187,7 +189,10 @@ class Frames {
     gtk_adjustment_set_value(adjustment, std::min(end, place + page));
   }
 
-  void Close() { gtk_window_close(GTK_WINDOW(mWindow)); }
+  void Close() {
+    mSinceClose = {};
+    gtk_window_close(GTK_WINDOW(mWindow));
+  }
 
   GtkWidget* mWindow = nullptr;
   GtkWidget* mScrolled = nullptr;
@@ -195,6 +200,7 @@ class Frames {
   LoopWatch mLoop;
   StopWatch mSinceRequest;
   StopWatch mSinceScroll;
+  StopWatch mSinceClose;
   bool mIsOpen = false;
   bool mIsFilled = false;
   bool mIsAwaited = true;
@@ -216,6 +222,7 @@ int Run(const std::string& folder, const std::string& machinePath) {
     const Frames frames(registry->GetAllComponents().size());
     qelsystemcompatibilityreport::RunReportForHelp(u"Example", nullptr);
     haveEnded = frames.HaveEnded();
+    Print("closed", frames.SinceClose());
   }
   qelui::host::StopToolkit();
   qelcore::host::EndProcess();
