@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "host/qelcore/files/FileSystem.h"
-#include "host/qelcore/files/WayOut.h"
 #include "host/qelcore/windows/AccessRights.h"
 #include "host/qelcore/windows/FileError.h"
 #include "host/qelcore/windows/Handle.h"
@@ -40,6 +39,18 @@ std::intptr_t Open(const std::string& path, DWORD access, DWORD disposition, voi
 
 HANDLE SystemHandle(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
+}
+
+/// Other marks than that of a link stay allowed, such as those of files that the system keeps elsewhere.
+bool IsSymbolicLink(const std::string& path) {
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW(SystemPath(path).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) {
+    return false;
+  }
+  ::FindClose(search);
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
 }
 
 bool IsOnDisk(std::intptr_t handle) {
