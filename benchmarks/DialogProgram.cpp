@@ -222,7 +222,7 @@ int Run(const std::string& folder, const std::string& machinePath) {
     const Frames frames(registry->GetAllComponents().size());
     qelsystemcompatibilityreport::RunReportForHelp(u"Example", nullptr);
     haveEnded = frames.HaveEnded();
-    Print("closed", frames.SinceClose());
+    if (haveEnded) Print("closed", frames.SinceClose());
   }
   qelui::host::StopToolkit();
   qelcore::host::EndProcess();

@@ -1,12 +1,12 @@
 // What an application does at its start, as `scr launch` does it, but on a recorded machine:
 //
 //   launch FOLDER MACHINE          the launch, with the folders "preferences" and "application" in FOLDER
-//   launch LIST MACHINE only-read  its yardstick: starts, loads the same libraries, reads the list and the
-//   machine
+//   launch LIST MACHINE only-read  its yardstick: starts, loads the same libraries, reads both
 #include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -41,7 +41,7 @@ int Launch(const std::string& folder, const std::string& machinePath) {
   qelcore::host::SetApplicationLanguage("en_US");
   qelcore::host::SetComponentSource(
       [registry = ReadRegistry(machinePath)](bool /*again*/) { return registry; });
-  if (!qelcore::host::BeginProcess()) return 1;
+  if (!qelcore::host::BeginProcess()) throw std::runtime_error("the host could not be started");
   qelcore::host::SetAppState(qelcore::appstatemanager::AppState::kStarted);
   RunReportForStartup(qelcore::GetApplicationName(), nullptr);
   qelcore::host::SetAppState(qelcore::appstatemanager::AppState::kPostStartup);

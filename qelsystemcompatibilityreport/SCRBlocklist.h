@@ -25,7 +25,7 @@ using qelcore::Guid;
 
 class RuleList;
 
-/// A blocklist, read once from its text and not changed afterwards. A value: copies are deep.
+/// A blocklist, read once from its text and not changed afterwards. A value; copies share its rules.
 class QELSCR_EXPORT SCRBlocklist {
  public:
   /// The texts that an issue of a kind takes when its rule has no message.

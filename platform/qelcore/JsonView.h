@@ -33,6 +33,7 @@ class QELCORE_EXPORT View {
   View() = default;
 
   explicit View(const std::any& value) : mValue(&value) {}
+  explicit View(std::any&& value) = delete;
 
   /// Whether there is a value at all.
   [[nodiscard]] bool IsThere() const { return mValue != nullptr || mPlace.mDocument != nullptr; }
@@ -40,8 +41,8 @@ class QELCORE_EXPORT View {
   [[nodiscard]] bool IsObject() const;
 
   /// The members of an object that have these keys, and nothing for those that it lacks. Of two members with
-  /// the same key the later one counts. Sorted keys are found fastest. Throws `TypeError` when the value is
-  /// anything else, or nothing.
+  /// the same key the later one counts. Sorted keys are found fastest. The members keep the keys, for
+  /// messages. Throws `TypeError` when the value is anything else, or nothing.
   template <std::size_t Count>
   [[nodiscard]] std::array<View, Count> Members(const std::array<std::string_view, Count>& keys) const {
     std::array<View, Count> members;

@@ -24,8 +24,8 @@ class RuleList {
   RuleList() = default;
 
   /// Reads the elements of an array of rules. Throws `std::runtime_error` when one of them cannot be read.
-  /// `document` is the document whose long array it is, or null. With a document `LeftToParse` or `TypeError`
-  /// is thrown instead, and where something would be logged, too.
+  /// `document` is the document whose long array it is, or null. With a document nothing is logged:
+  /// `LeftToParse` or `TypeError` is thrown instead.
   RuleList(const qelcore::json::View& array, std::shared_ptr<const qelcore::json::Document> document);
 
   [[nodiscard]] std::size_t Size() const { return mHashes.size(); }
@@ -34,6 +34,9 @@ class RuleList {
   [[nodiscard]] const std::vector<Guid>& Hashes() const { return mHashes; }
 
   [[nodiscard]] bool HasFileRule() const { return mHasFileRule; }
+
+  /// Whether the rules are read from their document again when somebody visits them.
+  [[nodiscard]] bool IsReadFromDocument() const { return mDocument != nullptr; }
 
   /// Shows each rule in their order. A rule that is shown is there for as long as `visit` runs. Throws when
   /// there is no memory to read the rules again, and what `visit` throws.

@@ -67,6 +67,7 @@ const RuleList& SCRBlocklist::Rules() const {
 
 void SCRBlocklist::Read(std::string json) {
   mDefaults.resize(kOSComponentTypeCount);
+  // Why the first way failed is not asked: a list that no cutting helps is rare, and is only read once more.
   for (const json::Cutting cutting : {json::Cutting::kByLines, json::Cutting::kSurely}) {
     const auto document = std::make_shared<json::Document>(std::move(json), kBlocklist, cutting);
     if (ReadDirectly(document)) return;

@@ -24,8 +24,13 @@ using Access = qelsystemcompatibilityreport::SCRBlocklistTestAccess;
 
 class BlocklistTextTest : public testing::Test {
  protected:
-  /// Reads both ways and says how many rules there are.
-  std::size_t ExpectTheSame(const std::string& text) {
+  struct Result {
+    std::size_t mRuleCount = 0;
+    bool mIsReadFromText = false;
+  };
+
+  /// Reads both ways.
+  Result ExpectTheSame(const std::string& text) {
     ForgetLog();
     const SCRBlocklist byDictionary = Access::FromDictionary(text);
     const std::vector<std::string> contexts = mHost.mExceptionContexts;
@@ -35,7 +40,7 @@ class BlocklistTextTest : public testing::Test {
     EXPECT_TRUE(Access::AreEqual(byText, byDictionary)) << text.substr(0, 2000);
     EXPECT_EQ(mHost.mExceptionContexts, contexts) << text.substr(0, 2000);
     EXPECT_EQ(mHost.mExceptionTexts, texts) << text.substr(0, 2000);
-    return Access::CountRules(byText);
+    return {Access::CountRules(byText), Access::IsReadFromText(byText)};
   }
 
   testsupport::TestHost mHost;
@@ -61,7 +66,9 @@ TEST_F(BlocklistTextTest, KeysInEveryOrder) {
   do {
     const std::string text =
         "{" + members[0] + ", " + members[1] + ", " + members[2] + ", " + members[3] + "}";
-    EXPECT_EQ(ExpectTheSame(text), 1u);
+    const Result result = ExpectTheSame(text);
+    EXPECT_EQ(result.mRuleCount, 1u);
+    EXPECT_TRUE(result.mIsReadFromText) << text;
   } while (std::next_permutation(members.begin(), members.end()));
 }
 
@@ -140,6 +147,27 @@ TEST_F(BlocklistTextTest, WhatIsWrongBehindManyRules) {
   }
 }
 
+TEST_F(BlocklistTextTest, ManyRulesNeedNoDictionary) {
+  constexpr std::size_t kRuleCount = 1'000;
+  for (const std::string separator : {",", ",\n", ",\r\n  ", ",\r"}) {
+    std::string text = "{\"blocklist_version\": 1, \"blocklist\": [" + separator.substr(1) + kRule;
+    for (std::size_t index = 1; index < kRuleCount; ++index) text += separator + kRule;
+    text += "], " + std::string(kDefaults) + "}";
+    for (const std::string byteOrderMark : {"", "\xEF\xBB\xBF"}) {
+      const Result result = ExpectTheSame(byteOrderMark + text);
+      EXPECT_EQ(result.mRuleCount, kRuleCount) << separator;
+      EXPECT_TRUE(result.mIsReadFromText) << separator;
+    }
+  }
+}
+
+TEST_F(BlocklistTextTest, ARuleOfManyMegabytes) {
+  std::string text =
+      "{\"blocklist_version\": 1, \"blocklist\": [" + std::string(kRule) + ",{\"type\": \"OS\", \"name\": \"";
+  text.append(34'000'000, 'x').append("\"}]}");
+  EXPECT_EQ(ExpectTheSame(text).mRuleCount, 2u);
+}
+
 TEST_F(BlocklistTextTest, EveryRecordedList) {
   const std::filesystem::path source(QELSCR_SOURCE_DIR);
   std::size_t rules = 0;
@@ -148,7 +176,9 @@ TEST_F(BlocklistTextTest, EveryRecordedList) {
     if (!std::filesystem::is_directory(folder)) continue;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
       SCOPED_TRACE(entry.path().string());
-      rules += ExpectTheSame(testsupport::ReadWholeFile(entry.path()));
+      const Result result = ExpectTheSame(testsupport::ReadWholeFile(entry.path()));
+      EXPECT_TRUE(result.mIsReadFromText);
+      rules += result.mRuleCount;
     }
   }
   EXPECT_GT(rules, 0u);
@@ -164,8 +194,9 @@ TEST_F(BlocklistTextTest, RandomRules) {
       text += (index == 0 ? "" : ",") + *testsupport::AnyRule();
     }
     text += std::string("], ") + kDefaults + "}";
-    rules += ExpectTheSame(text);
+    const Result result = ExpectTheSame(text);
     RC_ASSERT(!HasFailure());
+    if (result.mIsReadFromText) rules += result.mRuleCount;
     // And with a character changed.
     const std::string characters = "{}[]:,\" 01ax";
     text[*rc::gen::inRange<std::size_t>(0, text.size())] = *rc::gen::elementOf(characters);

@@ -44,6 +44,9 @@ struct SCRBlocklistTestAccess {
     return rules;
   }
 
+  /// Whether it came to its rules without the dictionary.
+  static bool IsReadFromText(const SCRBlocklist& blocklist) { return blocklist.Rules().IsReadFromDocument(); }
+
   static std::size_t CountRules(const SCRBlocklist& blocklist) { return blocklist.Rules().Size(); }
 };
 

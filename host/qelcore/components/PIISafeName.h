@@ -15,11 +15,9 @@ struct PersonalNames {
 
 /// Replaces what is personal in a component's name.
 ///
-/// - The home directory, and everybody's place below "/home", "/Users" and "C:\Users" (any drive), become
-/// "~".
-/// - E-mail addresses, and network addresses (MAC, IPv4, IPv6) that stand alone, become "<address>".
-/// - The names of the user and the machine become "<user>" and "<host>", as whole words in any case of
-/// letters.
+/// - The home directory, and everybody's place below "/home", "/Users" and "C:\Users" (any drive): "~".
+/// - E-mail addresses, and network addresses (MAC, IPv4, IPv6) that stand alone: "<address>".
+/// - The names of the user and the machine, as whole words in any case of letters: "<user>" and "<host>".
 ///   One of fewer than three letters, one without letters, and one that is a common word of device names,
 ///   such as "admin" or "intel", tells nothing and stays.
 [[nodiscard]] std::string RemovePersonalData(std::string_view name, const PersonalNames& names);

@@ -17,7 +17,6 @@
 #include "host/qelcore/application/Application.h"
 #include "host/qelcore/files/FileHandle.h"
 #include "host/qelcore/files/FileSystem.h"
-#include "host/qelcore/files/WayOut.h"
 
 namespace qelcore {
 

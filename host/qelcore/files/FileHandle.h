@@ -26,7 +26,8 @@ class FileHandle {
   [[nodiscard]] static FileHandle OpenOrCreate(const std::string& path, bool mustBeNew);
 
   /// Opens an existing regular file for reading and for writing at its end, wherever that is by then.
-  /// Anything else is an error, a symbolic link too.
+  /// Anything else is an error, a symbolic link too, which on Windows is looked for before the file is
+  /// opened.
   [[nodiscard]] static FileHandle OpenForAppending(const std::string& path);
 
   /// Makes a new file for writing that only its owner can use. An existing file is an error.
@@ -46,7 +47,8 @@ class FileHandle {
   /// Reads up to `size` bytes; returns how many, 0 at the end.
   [[nodiscard]] std::size_t Read(char* buffer, std::size_t size);
 
-  /// Reads the byte at `place`, which is less than the length of the regular file.
+  /// Reads the byte at `place`, which is less than the length of the regular file. Where `Read` goes on
+  /// afterwards differs between systems.
   [[nodiscard]] char ReadByte(std::uint64_t place) const;
 
   /// Writes all bytes.

@@ -22,6 +22,9 @@ namespace qelcore::host {
 /// it, and when the system does not tell.
 [[nodiscard]] bool HasRegularFile(const std::string& path);
 
+/// Whether the path names a symbolic link, wherever it leads. Does not throw.
+[[nodiscard]] bool IsSymbolicLink(const std::string& path);
+
 /// Deletes a file; a missing one is fine.
 void RemoveFile(const std::string& path);
 

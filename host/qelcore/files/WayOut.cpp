@@ -44,9 +44,4 @@ void RefuseWayOutOfPreferences(const std::string& path) {
   }
 }
 
-bool IsSymbolicLink(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::is_symlink(ToPath(path), error);
-}
-
 }  // namespace qelcore::host

@@ -14,7 +14,4 @@ void RefuseWayOutOfPreferences(const std::string& path);
 /// Whether the path is written as a place in the preferences directory, at any depth. Does not throw.
 [[nodiscard]] bool IsInPreferences(const std::string& path);
 
-/// Whether the path names a symbolic link, wherever it leads. Does not throw.
-[[nodiscard]] bool IsSymbolicLink(const std::string& path);
-
 }  // namespace qelcore::host

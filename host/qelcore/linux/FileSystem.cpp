@@ -88,6 +88,11 @@ bool HasRegularFile(const std::string& path) {
   return true;
 }
 
+bool IsSymbolicLink(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 void RemoveFile(const std::string& path) {
   CheckPath(path);
   if (::unlink(path.c_str()) != 0 && errno != ENOENT) {

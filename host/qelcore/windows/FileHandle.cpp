@@ -41,18 +41,6 @@ HANDLE SystemHandle(std::intptr_t handle) {
   return reinterpret_cast<HANDLE>(handle);
 }
 
-/// Other marks than that of a link stay allowed, such as those of files that the system keeps elsewhere.
-bool IsSymbolicLink(const std::string& path) {
-  WIN32_FIND_DATAW found{};
-  const HANDLE search = ::FindFirstFileW(SystemPath(path).c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) {
-    return false;
-  }
-  ::FindClose(search);
-  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
-}
-
 bool IsOnDisk(std::intptr_t handle) {
   return ::GetFileType(SystemHandle(handle)) == FILE_TYPE_DISK;
 }

@@ -143,6 +143,23 @@ bool HasRegularFile(const std::string& path) {
   return true;
 }
 
+bool IsSymbolicLink(const std::string& path) {
+  const std::optional<std::wstring> systemPath = TrySystemPath(path);
+  if (!systemPath) {
+    return false;
+  }
+  const Handle file(::CreateFileW(systemPath->c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT,
+                                  nullptr));
+  FILE_ATTRIBUTE_TAG_INFO information{};
+  // Files that the system keeps elsewhere have other tags.
+  return file.IsValid() &&
+         ::GetFileInformationByHandleEx(file.Get(), FileAttributeTagInfo, &information, sizeof information) !=
+             0 &&
+         (information.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         information.ReparseTag == IO_REPARSE_TAG_SYMLINK;
+}
+
 void RemoveFile(const std::string& path) {
   if (::DeleteFileW(SystemPath(path).c_str()) == 0) {
     const DWORD error = ::GetLastError();

@@ -114,6 +114,7 @@ const std::vector<std::string> kSoundTexts{
     "{}",
     "{ } ",
     "\xEF\xBB\xBF{\"a\": 1}",
+    "\xEF\xBB\xBF{\"list\": [1, 2]}",
     R"({"a": "x", "b": [1, "y", {"a": null}], "": true})",
     R"({"list": [{"a": "x", "b": ["p", "q"]}, {"b": [[], {}]}, 7, "t", null]})",
     R"({"list": [], "a": 18446744073709551615, "b": -1})",
@@ -149,9 +150,11 @@ TEST(JsonView, BothFormsAreReadAlike) {
 }
 
 TEST(JsonView, ElementsOnLinesOfTheirOwnAreCutThere) {
-  const std::string text =
-      "{\"list\": [\n  {\"a\": \"x\"},\n  {\"a\": [{},\n    {}]},\n  {}\n], \"b\": [{},\n  7]}";
-  EXPECT_EQ(DescribeDocument(text, json::Cutting::kByLines, 1), DescribeParsed(json::Parse(text)));
+  for (const char* const text :
+       {"{\"list\": [\n  {\"a\": \"x\"},\n  {\"a\": [{},\n    {}]},\n  {}\n], \"b\": [{},\n  7]}",
+        "{\"list\": [\r\n{\"a\": \"x\"},\r\n{},\r\n{}]}"}) {
+    EXPECT_EQ(DescribeDocument(text, json::Cutting::kByLines, 1), DescribeParsed(json::Parse(text))) << text;
+  }
 }
 
 TEST(JsonView, WhatIsCutInAWrongPlaceIsLeft) {
@@ -237,6 +240,15 @@ TEST(JsonView, WhatParseRefusesIsRefused) {
   }
 }
 
+TEST(JsonView, ANullCharacterEndsNothing) {
+  using namespace std::string_literals;
+  for (const std::string& text :
+       {"{\"list\":[1\0]}"s, "{\"list\":[1,\0 2]}"s, "{\"list\":[\"\0\"]}"s, "{\"list\":[\"a\"\0]}"s,
+        "{\"list\":[1]\0}"s, "{\"list\":[1]}\0"s, "{\"a\":1}\0{\"list\":[]}"s}) {
+    EXPECT_EQ(ExpectTheSame(text), Outcome::kRefused) << text;
+  }
+}
+
 TEST(JsonView, TheDepthIsBounded) {
   for (const std::string& inside : {std::string(), std::string("1")}) {
     for (const std::string key : {"a", "list"}) {
@@ -285,7 +297,9 @@ TEST(JsonView, TheNumberOfValuesIsBoundedAlike) {
     const std::string most = row.mBegin + Repeated(row.mRepeated, row.mMost) + row.mEnd;
     const std::string tooMany = row.mBegin + Repeated(row.mRepeated, row.mMost + 1) + row.mEnd;
     EXPECT_TRUE(canBeRead(most)) << row.mBegin;
+    EXPECT_TRUE(json::Parse(most).has_value()) << row.mBegin;
     EXPECT_FALSE(canBeRead(tooMany)) << row.mBegin;
+    EXPECT_FALSE(json::Parse(tooMany).has_value()) << row.mBegin;
   }
 }
 
@@ -299,6 +313,8 @@ TEST(JsonView, WhatIsParsedAtOnceIsBounded) {
   std::size_t count = 0;
   json::Document(inside, "list", json::Cutting::kSurely).VisitElements([&](const View&) { ++count; });
   EXPECT_EQ(count, 2u);
+  const json::Document one("{\"list\":[\"" + longText + "0123456789\"]}", "list", json::Cutting::kSurely);
+  EXPECT_THROW(one.VisitElements([](const View&) {}), json::LeftToParse);
 }
 
 TEST(JsonView, WhatAVisitorThrowsComesThrough) {

@@ -81,6 +81,13 @@ TEST_F(JsonLinesLogs, ALinkIsNotWrittenThrough) {
   EXPECT_FALSE(std::filesystem::exists(At("log.jsonl.1")));
 }
 
+TEST_F(JsonLinesLogs, ALinkToNothingMakesNothing) {
+  std::filesystem::create_symlink("../elsewhere", At("log.jsonl"));
+  mLog.Append(Entry("x"));
+  EXPECT_EQ(mHost.mExceptionContexts, Strings{"the log"});
+  EXPECT_FALSE(std::filesystem::exists(mHost.Files().Path() / "elsewhere"));
+}
+
 TEST_F(JsonLinesLogs, APipeIsNeitherReadNorWritten) {
   ASSERT_EQ(mkfifo(At("log.jsonl").c_str(), 0600), 0);
   mLog.Append(Entry("x"));
